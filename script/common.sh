@@ -1,0 +1,26 @@
+# Sourced by the scripts beside it: strict mode, the top of the tree as working folder, and what several of them need.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# need GROUP...: the packages of these groups are installed (see script/bootstrap).
+need() { script/bootstrap "$@"; }
+
+# build PRESET [TARGET...]: configures and builds build/PRESET.
+build() {
+  local preset=$1 launcher=()
+  shift
+  command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  cmake --preset "$preset" "${launcher[@]}" >"${TMPDIR:-/tmp}/lumo-configure-$$.log" 2>&1 ||
+    { cat "${TMPDIR:-/tmp}/lumo-configure-$$.log"; return 1; }
+  rm -f "${TMPDIR:-/tmp}/lumo-configure-$$.log"
+  cmake --build --preset "$preset" ${1:+--target "$@"}
+}
+
+# tests_with PATTERN: the test programs, as CMake targets, that have a source with this pattern in it.
+tests_with() {
+  grep -lE "$1" tests/*/*_test.cpp 2>/dev/null | while read -r file; do
+    local folder=${file#tests/}
+    folder=${folder%%/*}
+    case $file in *_internal_test.cpp) echo "test_${folder}_internal" ;; *) echo "test_$folder" ;; esac
+  done | sort -u
+}
