@@ -1,0 +1,72 @@
+#pragma once
+// Finding the few segments of a long path that a query can depend on.
+//
+// A query gives every point a code: one bit for each half-plane that it lies in and that the query is not
+// interested in (left of a rectangle, above it, ...). A segment all of whose points, control points included,
+// share a bit lies in that half-plane as a whole and is passed over: the outcodes of Cohen and Sutherland
+// (Newman, Sproull, "Principles of Interactive Computer Graphics", 1979). Codes are made and combined a block
+// at a time, without branches, so that the compiler vectorises both steps and a pass runs at about the speed
+// of memory.
+
+#include <algorithm>
+
+#include "lumo/node_type.h"
+#include "lumo/point_types.h"
+
+namespace Lumo::Interactive {
+
+/// Whether node i is the first control point of a curve.
+inline bool StartsCurve(const NODETYPE* types, int count, int i) noexcept {
+  return i >= 1 && i < count - 2 && types[i].IsControl() && types[i - 1].IsOnCurve() &&
+         types[i + 1].IsControl() && types[i + 2].IsCurve();
+}
+
+/// A line node with a start.
+inline bool EndsLine(const NODETYPE* types, int i) noexcept { return i >= 1 && types[i].IsLine(); }
+
+/// Calls visit(i) in index order for each node of first .. end-1 at which a segment starts (the first control
+/// point of a curve) or that ends a line, when the codes of the segment's points have no bit in common. visit
+/// returns false to end the search; so does this then.
+template <class Code, class Visit>
+bool ForCandidates(const tagPOINT* points, const NODETYPE* types, int count, int first, int end, Code code,
+                   Visit visit) noexcept {
+  constexpr int kBlock = 128;
+  constexpr int kBefore = 1, kAfter = 2;  // a window is a node, the one before it and the two after it
+  unsigned char codes[kBefore + kBlock + kAfter];
+  for (int k = first; k < end; k += kBlock) {
+    const int n = std::min(kBlock, end - k);
+    // Codes outside the array have all bits: they leave the common bits of a window as they are.
+    const int low = k > 0 ? -kBefore : 0, high = std::min(n + kAfter, count - k);
+    codes[0] = codes[kBefore + n] = codes[kBefore + n + 1] = 0xFF;
+    for (int j = low; j < high; ++j) codes[kBefore + j] = code(points[k + j]);
+    unsigned char shared[kBlock];
+    for (int j = 0; j < n; ++j)
+      shared[j] = codes[j] & codes[j + 1] & codes[j + 2] & codes[j + 3];  // the window around node k + j
+    unsigned char any = 0;
+    for (int j = 0; j < n; ++j) any |= static_cast<unsigned char>(shared[j] == 0);
+    if (any == 0) continue;
+    for (int j = 0; j < n; ++j) {
+      if (shared[j] != 0) continue;
+      const int i = k + j;
+      const bool line = EndsLine(types, i) && (codes[j] & codes[j + 1]) == 0;
+      if ((line || StartsCurve(types, count, i)) && !visit(i)) return false;
+    }
+  }
+  return true;
+}
+
+/// The code of a point about a y-up rectangle: which of its four sides the point lies beyond.
+class RectCode {
+ public:
+  explicit RectCode(const tagRECT& rect) noexcept
+      : left_(rect.left), top_(rect.top), right_(rect.right), bottom_(rect.bottom) {}
+  unsigned char operator()(const tagPOINT& p) const noexcept {
+    return static_cast<unsigned char>((p.x < left_) | (p.x > right_) << 1 | (p.y < bottom_) << 2 |
+                                      (p.y > top_) << 3);
+  }
+
+ private:
+  int left_, top_, right_, bottom_;
+};
+
+}  // namespace Lumo::Interactive
