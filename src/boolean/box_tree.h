@@ -1,0 +1,122 @@
+#pragma once
+// A static tree of boxes in flat arrays: boxes in the order of a space-filling curve, leaves of a few boxes
+// each, parents of a few nodes each. Built in O(n log n); finds all overlapping pairs in about O(n log n +
+// pairs).
+
+#include <cstdint>
+#include <vector>
+
+#include "boolean/arc.h"
+
+namespace Lumo::Planar {
+
+class BoxTree {
+ public:
+  /// Boxes are indexed as given. They must be finite.
+  explicit BoxTree(std::vector<Box> boxes);
+
+  /// Calls visit(i, j) once for every unordered pair of boxes that overlap or touch.
+  template <class Visit>
+  void ForEachPair(Visit&& visit) const;
+  /// Calls visit(i) for every box that spans x and begins at or below y: all that a downward ray from (x, y)
+  /// can meet.
+  template <class Visit>
+  void ForEachBelow(double x, double y, Visit&& visit) const;
+  /// Calls visit(i) for every box that holds the point.
+  template <class Visit>
+  void ForEachAt(double x, double y, Visit&& visit) const;
+
+ private:
+  template <class Meets, class Visit>
+  void Descend(Meets&& meets, Visit&& visit) const;
+
+  static constexpr int kFan = 4;
+  struct Node {
+    Box box;
+    int first, last;  // children in nodes_, or boxes in the sorted order for a leaf
+    bool leaf;
+  };
+  template <class Visit>
+  void LeafPairs(const Node& a, const Node& b, Visit&& visit) const;
+
+  std::vector<Box> boxes_;  // sorted
+  std::vector<int> index_;  // sorted position -> index as given
+  std::vector<Node> nodes_;
+  int root_ = -1;
+};
+
+template <class Visit>
+void BoxTree::LeafPairs(const Node& a, const Node& b, Visit&& visit) const {
+  const bool same = &a == &b;
+  for (int i = a.first; i < a.last; ++i) {
+    const Box& box = boxes_[static_cast<std::size_t>(i)];
+    if (!same && !box.Overlaps(b.box)) continue;
+    for (int j = same ? i + 1 : b.first; j < b.last; ++j) {
+      if (box.Overlaps(boxes_[static_cast<std::size_t>(j)])) {
+        visit(index_[static_cast<std::size_t>(i)], index_[static_cast<std::size_t>(j)]);
+      }
+    }
+  }
+}
+
+template <class Visit>
+void BoxTree::ForEachPair(Visit&& visit) const {
+  if (root_ < 0) return;
+  std::vector<std::pair<int, int>> stack{{root_, root_}};
+  while (!stack.empty()) {
+    const auto [ia, ib] = stack.back();
+    stack.pop_back();
+    const Node &a = nodes_[static_cast<std::size_t>(ia)], &b = nodes_[static_cast<std::size_t>(ib)];
+    if (a.leaf && b.leaf) {
+      LeafPairs(a, b, visit);
+    } else if (ia == ib) {
+      for (int i = a.first; i < a.last; ++i) {
+        for (int j = i; j < a.last; ++j) {
+          if (nodes_[static_cast<std::size_t>(i)].box.Overlaps(nodes_[static_cast<std::size_t>(j)].box)) {
+            stack.emplace_back(i, j);
+          }
+        }
+      }
+    } else {
+      const bool openA = !a.leaf;  // all leaves lie on one level, so both open or neither
+      for (int i = openA ? a.first : ia; i < (openA ? a.last : ia + 1); ++i) {
+        if (!nodes_[static_cast<std::size_t>(i)].box.Overlaps(b.box)) continue;
+        for (int j = b.leaf ? ib : b.first; j < (b.leaf ? ib + 1 : b.last); ++j) {
+          if (nodes_[static_cast<std::size_t>(i)].box.Overlaps(nodes_[static_cast<std::size_t>(j)].box)) {
+            stack.emplace_back(i, j);
+          }
+        }
+      }
+    }
+  }
+}
+
+template <class Meets, class Visit>
+void BoxTree::Descend(Meets&& meets, Visit&& visit) const {
+  if (root_ < 0 || !meets(nodes_[static_cast<std::size_t>(root_)].box)) return;
+  std::vector<int> stack{root_};
+  while (!stack.empty()) {
+    const Node& node = nodes_[static_cast<std::size_t>(stack.back())];
+    stack.pop_back();
+    for (int i = node.first; i < node.last; ++i) {
+      const auto k = static_cast<std::size_t>(i);
+      if (node.leaf) {
+        if (meets(boxes_[k])) visit(index_[k]);
+      } else if (meets(nodes_[k].box)) {
+        stack.push_back(i);
+      }
+    }
+  }
+}
+
+template <class Visit>
+void BoxTree::ForEachBelow(double x, double y, Visit&& visit) const {
+  Descend([&](const Box& box) { return box.minx <= x && x <= box.maxx && box.miny <= y; }, visit);
+}
+
+template <class Visit>
+void BoxTree::ForEachAt(double x, double y, Visit&& visit) const {
+  Descend([&](const Box& box) { return box.Contains(x, y); }, visit);
+}
+
+}  // namespace Lumo::Planar
