@@ -1,0 +1,183 @@
+#include "offset/closed.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "boolean/winding_filter.h"
+#include "lumo/measure.h"
+#include "offset/bands.h"
+#include "offset/raw_path.h"
+#include "offset/tolerances.h"
+
+namespace Lumo::Offset {
+
+using Planar::KeepByWinding;
+using Planar::WindingRule;
+
+namespace {
+
+Planar::OutlineView View(const OwnedPath& path) {
+  return {path.points.data(), path.nodes.data(), path.Count()};
+}
+
+bool Filter(const OwnedPath& raw, WindingRule rule, OwnedPath& result) {
+  return KeepByWinding(View(raw), rule, result.points, result.nodes);
+}
+
+double AreaOf(const OwnedPath& path, const Range& range) {
+  return GetArea(path.points.data() + range.first, path.nodes.data() + range.first, range.end - range.first);
+}
+
+/// Outlines by the side that their ground lies on.
+struct Ground {
+  OwnedPath outer;  ///< clockwise
+  OwnedPath holes;  ///< counter-clockwise
+
+  explicit Ground(const OwnedPath& clean) {
+    for (const Range& range : Subpaths(clean.nodes.data(), clean.Count()))
+      (AreaOf(clean, range) > 0 ? outer : holes)
+          .Append(clean.points.data() + range.first, clean.nodes.data() + range.first,
+                  range.end - range.first);
+  }
+};
+
+/// The outlines' ground (on their right) grown by the distance: raw offsets of all of them in one
+/// arrangement. They must run clockwise: the winding number of a point is then the number of stretches of
+/// ground within reach of it.
+bool Grow(const OwnedPath& outlines, double distance, const OffsetSettings& settings, OwnedPath& result) {
+  OwnedPath raw;
+  for (const Range& range : Subpaths(outlines.nodes.data(), outlines.Count())) {
+    const Source source = SourceOf(outlines, range);
+    if (IsDense(source, distance)) {
+      OwnedPath body;
+      if (!UniteBands(source, distance, settings, body)) return false;
+      raw.Append(source.points, source.nodes, source.count);
+      raw.Append(body);
+    } else {
+      AppendRawOffset(source, distance, settings, raw.Out());
+    }
+  }
+  return Filter(raw, WindingRule::positive, result);
+}
+
+/// The outline winds its inside by -1, the body winds by +1: what stays negative is what the body does not
+/// cover.
+bool ShrinkDense(const Source& source, double distance, const OffsetSettings& settings, OwnedPath& kept) {
+  OwnedPath body, both;
+  if (!UniteBands(source, distance, settings, body)) return false;
+  both.Append(source.points, source.nodes, source.count);
+  both.Append(body);
+  return Filter(both, WindingRule::negative, kept);
+}
+
+/// The ground inside counter-clockwise outlines shrunk by the distance, each for itself: what one outline's
+/// raw offset leaves outside of it means nothing for another. The result is clockwise.
+bool Shrink(const OwnedPath& outlines, double distance, const OffsetSettings& settings, OwnedPath& result) {
+  for (const Range& range : Subpaths(outlines.nodes.data(), outlines.Count())) {
+    const Source source = SourceOf(outlines, range);
+    // A point that all of the outline is within reach of counts wrongly; there is none while the distance is
+    // less than half the smaller extent, and from there on nothing is left anyway.
+    const TavMath::BoundsT<double> box = GetTightBBox(source.points, source.nodes, source.count);
+    if (!(2 * distance < (std::min)(box.Width(), box.Height()))) continue;
+    OwnedPath raw, kept;
+    if (IsDense(source, distance)) {
+      if (!ShrinkDense(source, distance, settings, kept)) return false;
+    } else {
+      AppendRawOffset(source, distance, settings, raw.Out());
+      if (!Filter(raw, WindingRule::negative, kept)) return false;
+    }
+    RemoveCracks(kept, settings.MaxOffsetError() + settings.MaxConnectError());
+    result.Append(kept);
+  }
+  return true;
+}
+
+/// Outer outlines less what lies inside the others.
+bool Subtract(const OwnedPath& outer, OwnedPath inner, OwnedPath& result) {
+  if (inner.IsEmpty()) {
+    result = outer;
+    return true;
+  }
+  inner.Reverse();
+  OwnedPath both = outer;
+  both.Append(inner);
+  return Filter(both, WindingRule::positive, result);
+}
+
+/// Whether the control points of a closed outline, in order, run round a convex polygon once: no turn to the
+/// other side, and each coordinate rises and falls once. Then the outline is simple and convex itself.
+bool IsConvex(const OwnedPath& path) {
+  const std::size_t n = path.points.size();
+  DVector before{0, 0};
+  // The last edge with a length precedes the first.
+  for (std::size_t k = n - 1; k > 0 && before == DVector{0, 0}; --k)
+    before = path.points[k] - path.points[k - 1];
+  int left = 0, right = 0, turnsX = 0, turnsY = 0;
+  DVector sign = before;
+  for (std::size_t k = 1; k < n; ++k) {
+    const DVector edge = path.points[k] - path.points[k - 1];
+    if (edge == DVector{0, 0}) continue;
+    const double cross = Cross(before, edge);
+    if (cross > 0) ++left;
+    if (cross < 0) ++right;
+    if (cross == 0 && Dot(before, edge) < 0) return false;
+    if (edge.x != 0 && sign.x != 0 && (edge.x < 0) != (sign.x < 0)) ++turnsX;
+    if (edge.y != 0 && sign.y != 0 && (edge.y < 0) != (sign.y < 0)) ++turnsY;
+    if (edge.x != 0) sign.x = edge.x;
+    if (edge.y != 0) sign.y = edge.y;
+    before = edge;
+  }
+  return (left == 0 || right == 0) && left + right > 0 && turnsX <= 2 && turnsY <= 2;
+}
+
+/// A convex outline needs no cleaning; grown, its raw offset is simple as well.
+bool OffsetConvex(OwnedPath outline, const OffsetSettings& settings, OwnedPath& result) {
+  const bool grows = settings.Offset() > 0;
+  const Range all{0, outline.Count()};
+  if ((AreaOf(outline, all) > 0) != grows) outline.Reverse();
+  const double distance = std::abs(settings.Offset());
+  if (!grows) return Shrink(outline, distance, settings, result);
+  AppendRawOffset(SourceOf(outline, all), distance, settings, result.Out());
+  return true;
+}
+
+}  // namespace
+
+void RemoveCracks(OwnedPath& path, double tolerance) {
+  OwnedPath kept;
+  for (const Range& range : Subpaths(path.nodes.data(), path.Count())) {
+    const Source source = SourceOf(path, range);
+    const double area = std::abs(AreaOf(path, range)),
+                 length = GetLength(source.points, source.nodes, source.count);
+    if (area > kCrackShare * tolerance * length) kept.Append(source.points, source.nodes, source.count);
+  }
+  path = std::move(kept);
+}
+
+bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, OwnedPath& result) {
+  if (settings.Offset() != 0 && IsConvex(subpath)) return OffsetConvex(subpath, settings, result);
+  OwnedPath clean;
+  if (!Filter(subpath, WindingRule::nonZero, clean)) return false;
+  const double distance = std::abs(settings.Offset());
+  if (!(distance > 0)) {
+    result = std::move(clean);
+    return true;
+  }
+  Ground ground(clean);
+  OwnedPath outer, holes;
+  if (settings.Offset() > 0) {
+    if (!Grow(ground.outer, distance, settings, outer) || !Shrink(ground.holes, distance, settings, holes))
+      return false;
+  } else {
+    // Seen from the other side: outer outlines shrink, holes grow.
+    ground.outer.Reverse();
+    ground.holes.Reverse();
+    if (!Shrink(ground.outer, distance, settings, outer) || !Grow(ground.holes, distance, settings, holes))
+      return false;
+  }
+  if (!Subtract(outer, std::move(holes), result)) return false;
+  RemoveCracks(result, settings.MaxOffsetError() + settings.MaxConnectError());
+  return true;
+}
+
+}  // namespace Lumo::Offset

@@ -1,0 +1,17 @@
+#pragma once
+// The offset of closed outlines, by winding number.
+
+#include "lumo/offset_settings.h"
+#include "offset/source.h"
+
+namespace Lumo::Offset {
+
+/// The ground that one prepared closed subpath covers under the non-zero rule, grown (offset above 0) or
+/// shrunk: closed outlines, outer ones clockwise (y up), holes the other way. False when memory runs out.
+bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, OwnedPath& result);
+
+/// Takes out of `path` the outlines that are only cracks between pieces, each of which may be off by
+/// `tolerance`.
+void RemoveCracks(OwnedPath& path, double tolerance);
+
+}  // namespace Lumo::Offset

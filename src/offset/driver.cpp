@@ -1,0 +1,203 @@
+// The road of one offset: the containment tree says which outlines are offset, each is offset by itself, and
+// closed results of the same standing are united.
+
+#include <cmath>
+#include <new>
+
+#include "lumo/offset.h"
+#include "lumo/subpath_hierarchy.h"
+#include "offset/closed.h"
+#include "offset/combine.h"
+#include "offset/open_path.h"
+#include "tav/math/rect.h"
+
+namespace Lumo::Offset {
+
+namespace {
+
+/// Outlines of one nesting level, and open curves beside them. Levels are kept apart, because uniting an
+/// island with the outline around it would make it disappear.
+struct Level {
+  OwnedPath closed;
+  OwnedPath open;
+};
+
+class Driver {
+ public:
+  explicit Driver(const OffsetSettings& settings) : settings_(settings) {}
+
+  bool Run(const SubpathTreeNode& root) {
+    for (std::size_t k = 0; k < root.GetNumberOfChildren(); ++k) {
+      const SubpathTreeNode& node = root.GetChild(k);
+      if (!(settings_.OffsetInwards() ? RunHoles(node) : RunNested(node, 0))) return false;
+    }
+    return true;
+  }
+
+  void AppendTo(std::vector<DPoint>& points, std::vector<NODETYPE>& nodes) const {
+    for (const Level& level : levels_)
+      for (const OwnedPath* path : {&level.closed, &level.open}) {
+        points.insert(points.end(), path->points.begin(), path->points.end());
+        nodes.insert(nodes.end(), path->nodes.begin(), path->nodes.end());
+      }
+  }
+
+ private:
+  bool IsCombining() const { return settings_.CombineShape() && settings_.CloseShape(); }
+
+  Level& At(std::size_t depth) {
+    if (levels_.size() <= depth) levels_.resize(depth + 1);
+    return levels_[depth];
+  }
+
+  /// The node itself, and the islands in its holes; the holes stay as they are.
+  bool RunNested(const SubpathTreeNode& node, std::size_t depth) {
+    if (!RunNode(node, depth)) return false;
+    if (node.GetNodes() == nullptr) return true;
+    for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k) {
+      const SubpathTreeNode& hole = node.GetChild(k);
+      for (std::size_t i = 0; i < hole.GetNumberOfChildren(); ++i)
+        if (!RunNested(hole.GetChild(i), depth + 1)) return false;
+    }
+    return true;
+  }
+
+  bool RunHoles(const SubpathTreeNode& node) {
+    for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k) {
+      const SubpathTreeNode& child = node.GetChild(k);
+      if (child.GetNodes() != nullptr && child.GetNodes()[0].IsClosed() && !RunNode(child, 0)) return false;
+    }
+    return true;
+  }
+
+  /// All subpaths of one node: its own, or the open ones of a group.
+  bool RunNode(const SubpathTreeNode& node, std::size_t depth) {
+    Level result;
+    bool first = true;
+    const auto run = [&](const SubpathTreeNode& subpath) {
+      Level one;
+      if (!RunSubpath(subpath, one)) return false;
+      result.open.Append(one.open);
+      if (!Merge(result.closed, std::move(one.closed), first)) return false;
+      first = first && result.closed.IsEmpty();
+      return true;
+    };
+    if (node.GetNodes() != nullptr) {
+      if (!run(node)) return false;
+    } else {
+      for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k)
+        if (!run(node.GetChild(k))) return false;
+    }
+    Level& level = At(depth);
+    level.open.Append(result.open);
+    // Outlines that only shrink stay apart when they were; holes have no order among the outer outlines.
+    return Merge(level.closed, std::move(result.closed), level.closed.IsEmpty());
+  }
+
+  /// Adds closed outlines to others, united when the settings ask for it: on whole units, so that shapes that
+  /// touch do so exactly.
+  bool Merge(OwnedPath& into, OwnedPath added, bool isFirst) {
+    if (!IsCombining() || added.IsEmpty()) {
+      into.Append(added);
+      return true;
+    }
+    RoundToWholeUnits(added);
+    if (isFirst) {
+      into = std::move(added);
+      return true;
+    }
+    RoundToWholeUnits(into);
+    return Unite(into, added);
+  }
+
+  bool RunSubpath(const SubpathTreeNode& node, Level& out) {
+    const OwnedPath subpath = PrepareSubpath(node.GetPoints(), node.GetNodes(), node.GetNumberOfPoints(),
+                                             settings_.RepairSettings());
+    if (subpath.IsEmpty()) return true;
+    if (subpath.nodes.front().IsClosed()) return OffsetGround(subpath, settings_, out.closed);
+    return RunOpen(subpath, out);
+  }
+
+  /// A negative distance offsets the other side.
+  bool RunOpen(OwnedPath subpath, Level& out) {
+    const double distance = std::abs(settings_.Offset());
+    if (!(distance > 0)) return true;
+    if (settings_.Offset() < 0) subpath.Reverse();
+    const EOpenCurveOffsetSide side = settings_.OpenCurveOffsetSide();
+    if (settings_.CloseShape()) return CloseOpenPath(subpath, side, distance, settings_, out.closed);
+    if (side != EOpenCurveOffsetSide::right) AppendOpen(subpath, distance, out);
+    if (side != EOpenCurveOffsetSide::left) {
+      subpath.Reverse();
+      AppendOpen(subpath, distance, out);
+    }
+    return true;
+  }
+
+  void AppendOpen(const OwnedPath& subpath, double distance, Level& out) {
+    OwnedPath curve;
+    OffsetOpenPath(subpath, distance, settings_, curve);
+    // Built on the reversed path; given back in the source's direction.
+    if (settings_.Offset() < 0) curve.Reverse();
+    out.open.Append(curve);
+  }
+
+  const OffsetSettings& settings_;
+  std::vector<Level> levels_;
+};
+
+bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const OffsetSettings& settings,
+                std::vector<DPoint>& outPoints, std::vector<NODETYPE>& outNodes) {
+  if (!std::isfinite(settings.Offset())) return true;
+  // The letter flag would make its subpath a mere separator of the tree; here it is an outline like any
+  // other.
+  std::vector<NODETYPE> types(nodes, nodes + count);
+  for (NODETYPE& type : types) type.Set(NODETYPE::kLetter, false);
+  const SubpathHierarchy hierarchy(points, types.data(), count, true);
+  Driver driver(settings);
+  if (!driver.Run(hierarchy)) return false;
+  driver.AppendTo(outPoints, outNodes);
+  return true;
+}
+
+}  // namespace
+
+}  // namespace Lumo::Offset
+
+namespace Lumo {
+
+using TavMath::DPoint;
+
+void CreateOffsetCurve(const DPoint* points, const NODETYPE* nodes, int count, std::vector<DPoint>& outPoints,
+                       std::vector<NODETYPE>& outNodes, const Offset::OffsetSettings& settings) noexcept {
+  if (points == nullptr || nodes == nullptr || count < 1) return;
+  const std::size_t before = outPoints.size(), nodesBefore = outNodes.size();
+  try {
+    Offset::OffsetPath(points, nodes, count, settings, outPoints, outNodes);
+  } catch (const std::bad_alloc&) {
+    outPoints.resize(before);
+    outNodes.resize(nodesBefore);
+  }
+}
+
+void CreateOffsetCurve(const tagPOINT* points, const NODETYPE* nodes, int count,
+                       std::vector<tagPOINT>& outPoints, std::vector<NODETYPE>& outNodes,
+                       const Offset::OffsetSettings& settings) noexcept {
+  if (points == nullptr || nodes == nullptr || count < 1) return;
+  const std::size_t before = outPoints.size(), nodesBefore = outNodes.size();
+  try {
+    std::vector<DPoint> source, result;
+    std::vector<NODETYPE> resultNodes;
+    source.reserve(static_cast<std::size_t>(count));
+    for (int k = 0; k < count; ++k)
+      source.push_back({static_cast<double>(points[k].x), static_cast<double>(points[k].y)});
+    Offset::OffsetPath(source.data(), nodes, count, settings, result, resultNodes);
+    outPoints.reserve(before + result.size());
+    for (const DPoint& p : result) outPoints.push_back(TavMath::RoundPoint(p));
+    outNodes.insert(outNodes.end(), resultNodes.begin(), resultNodes.end());
+  } catch (const std::bad_alloc&) {
+    outPoints.resize(before);
+    outNodes.resize(nodesBefore);
+  }
+}
+
+}  // namespace Lumo

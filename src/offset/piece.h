@@ -1,0 +1,55 @@
+#pragma once
+// Offset pieces: what one source segment becomes.
+
+#include <vector>
+
+#include "offset/append.h"
+#include "tav/math/cubic_bezier.h"
+
+namespace Lumo::Offset {
+
+using TavMath::Cubic;
+
+/// A source path that is offset: one subpath. `closed`: its last node repeats its first.
+struct Source {
+  const DPoint* points;
+  const NODETYPE* nodes;
+  int count;
+  bool closed;
+};
+
+/// One line or one cubic of a piece; a line uses the first and the last point.
+struct Part {
+  Cubic curve;
+  bool line;
+
+  const DPoint& Start() const { return curve[0]; }
+  const DPoint& End() const { return curve[3]; }
+  /// Moves an end; the handle at that end moves along, so that the tangent stays.
+  void MoveStart(const DPoint& to);
+  void MoveEnd(const DPoint& to);
+};
+
+/// The offset of one source segment: a line, or the cubics of a curve in order, empty when the segment has no
+/// direction.
+struct Piece {
+  std::vector<Part> parts;
+  DVector startTangent;
+  DVector endTangent;
+  int startNode;  ///< source indices of the segment's two ends
+  int endNode;
+  double sourceLength;  ///< of the chord
+
+  bool IsUsable() const {
+    return !parts.empty() && !(parts.front().line && parts[0].Start() == parts[0].End());
+  }
+};
+
+/// The pieces of all segments of a source in order, moved to the left by `distance`.
+std::vector<Piece> OffsetSegments(const Source& source, double distance, double tolerance);
+
+/// Cuts two successive pieces that overlap on the inner side of a turn at their crossing. False when they do
+/// not cross there, or are so short that the crossing need not belong to the corner between them.
+bool TrimPieces(Piece& earlier, Piece& later, double leastGapSqrd);
+
+}  // namespace Lumo::Offset
