@@ -1,0 +1,129 @@
+// lumo shape: a drawing of one basic shape.
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+
+#include "commands.h"
+#include "input_error.h"
+#include "lumo/shapes.h"
+#include "svg_write.h"
+
+namespace tool {
+
+namespace {
+
+struct Options {
+  double x = 0, y = 0, rx = 0, ry = 0, from = 0, to = 0, radius = 0;
+  Lumo::RectangleCorner corner = Lumo::RectangleCorner::round;
+  std::string output;
+};
+
+/// A document in whose units a drawing of this size is as fine as any other.
+Document DocumentOfSize(double side) {
+  Document document;
+  document.unitsPerUser = UnitsPerUser(side);
+  return document;
+}
+
+int Save(Document document, Path path, const std::string& output) {
+  if (path.IsEmpty()) throw InputError("the shape has no extent, or a number is not finite");
+  const auto box = path.GetTightBBox();
+  document.viewBox[0] = document.ToUser(box.minx);
+  document.viewBox[1] = document.ToUser(box.miny);
+  document.viewBox[2] = document.ToUser(box.Width());
+  document.viewBox[3] = document.ToUser(box.Height());
+  Element element;
+  element.path = std::move(path);
+  document.elements.push_back(std::move(element));
+  SaveDocument(document, output);
+  return kDone;
+}
+
+int RunEllipse(const Options& o, double fromDegrees, double toDegrees, bool pie) {
+  const Document document = DocumentOfSize(2 * std::max(o.rx, o.ry));
+  const double radians = std::numbers::pi / 180;
+  return Save(document,
+              Path::CreateEllipse(document.ToUnits(DPoint{o.x, o.y}), document.ToUnits(o.rx),
+                                  document.ToUnits(o.ry), fromDegrees * radians, toDegrees * radians, pie),
+              o.output);
+}
+
+int RunRectangle(const Options& o) {
+  const Document document = DocumentOfSize(std::max(o.rx, o.ry));
+  const double width = document.ToUnits(o.rx), height = document.ToUnits(o.ry);
+  Path path = o.radius > 0 ? Path::CreateRectangle(width, height, document.ToUnits(o.radius), o.corner, false)
+                           : Path::CreateRectangle(width, height);
+  const DPoint corner = document.ToUnits(DPoint{o.x, o.y});
+  const auto nodes = path.GetBuffer();
+  for (std::size_t i = 0; i < nodes.count; ++i) nodes.points[i] += corner - DPoint{0, 0};
+  path.ReleaseBuffer();
+  return Save(document, std::move(path), o.output);
+}
+
+CLI::App* AddShapeCommand(CLI::App& shape, const char* name, const char* what, Options& options) {
+  auto* command = shape.add_subcommand(name, what);
+  AddOutput(*command, options.output);
+  return command;
+}
+
+void Position(CLI::App& command, Options& options, const char* x, const char* y) {
+  command.add_option(x, options.x)->required();
+  command.add_option(y, options.y)->required();
+}
+
+}  // namespace
+
+void AddShape(CLI::App& program, int& exit) {
+  auto* shape = program.add_subcommand("shape", "Draws a circle, an ellipse, an arc, a pie or a rectangle");
+  shape->require_subcommand(1);
+  shape->footer("Example: lumo shape pie 50 50 40 40 -30 60 -o pie.svg");
+  const auto options = std::make_shared<Options>();
+  Options& o = *options;
+
+  auto* circle = AddShapeCommand(*shape, "circle", "A circle about CX CY", o);
+  Position(*circle, o, "CX", "CY");
+  circle->add_option("R", o.rx)->required()->check(CLI::PositiveNumber);
+  circle->footer("Example: lumo shape circle 50 50 20 -o circle.svg");
+  circle->callback([options, &exit] {
+    options->ry = options->rx;
+    exit = RunEllipse(*options, 0, 0, false);
+  });
+
+  auto* ellipse = AddShapeCommand(*shape, "ellipse", "An ellipse about CX CY", o);
+  ellipse->footer("Example: lumo shape ellipse 50 50 40 20 -o ellipse.svg");
+  ellipse->callback([options, &exit] { exit = RunEllipse(*options, 0, 0, false); });
+  auto* arc = AddShapeCommand(*shape, "arc", "An open arc of an ellipse", o);
+  arc->footer(
+      "Angles in degrees, clockwise on screen from the right.\nExample: lumo shape arc 50 50 40 20 0 90 -o "
+      "arc.svg");
+  arc->callback([options, &exit] { exit = RunEllipse(*options, options->from, options->to, false); });
+  auto* pie = AddShapeCommand(*shape, "pie", "A wedge of an ellipse", o);
+  pie->footer(
+      "Angles in degrees, clockwise on screen from the right.\nExample: lumo shape pie 50 50 40 40 -30 60 -o "
+      "pie.svg");
+  pie->callback([options, &exit] { exit = RunEllipse(*options, options->from, options->to, true); });
+  for (auto* command : {ellipse, arc, pie}) {
+    Position(*command, o, "CX", "CY");
+    command->add_option("RX", o.rx)->required()->check(CLI::PositiveNumber);
+    command->add_option("RY", o.ry)->required()->check(CLI::PositiveNumber);
+    if (command == ellipse) continue;
+    command->add_option("FROM", o.from)->required();
+    command->add_option("TO", o.to)->required();
+  }
+
+  auto* rectangle = AddShapeCommand(*shape, "rect", "A rectangle with its upper left corner at X Y", o);
+  Position(*rectangle, o, "X", "Y");
+  rectangle->add_option("WIDTH", o.rx)->required()->check(CLI::PositiveNumber);
+  rectangle->add_option("HEIGHT", o.ry)->required()->check(CLI::PositiveNumber);
+  rectangle->add_option("--radius", o.radius, "Size of the corners")->check(CLI::NonNegativeNumber);
+  const std::map<std::string, Lumo::RectangleCorner> corners = {{"round", Lumo::RectangleCorner::round},
+                                                                {"scallop", Lumo::RectangleCorner::scallop},
+                                                                {"chamfer", Lumo::RectangleCorner::chamfer}};
+  rectangle->add_option("--corner", o.corner, "round, scallop or chamfer")
+      ->transform(CLI::CheckedTransformer(corners, CLI::ignore_case).description(""));
+  rectangle->footer("Example: lumo shape rect 10 10 80 50 --radius 8 --corner chamfer -o card.svg");
+  rectangle->callback([options, &exit] { exit = RunRectangle(*options); });
+}
+
+}  // namespace tool

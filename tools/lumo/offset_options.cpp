@@ -1,0 +1,96 @@
+#include "offset_options.h"
+
+#include <algorithm>
+
+#include "input_error.h"
+#include "lumo/offset_corners.h"
+#include "report.h"
+#include "svg_write.h"
+
+namespace tool {
+
+namespace {
+
+std::unique_ptr<Lumo::OffsetCorner> MakeJoin(const std::string& name, double miterLimit) {
+  if (name == "round") return std::make_unique<Lumo::Round>();
+  if (name == "miter") return std::make_unique<Lumo::MiteredCorner>(miterLimit, nullptr);
+  if (name == "bevel" || name == "butt") return std::make_unique<Lumo::Bevel>();
+  if (name == "square") return std::make_unique<Lumo::OffsetBevel>();
+  return std::make_unique<Lumo::NoCorner>();
+}
+
+/// Sources as grey ground, results as thin lines over it: so that families can be looked at.
+void DrawPicture(const Document& document, const std::vector<OffsetResult>& results, SvgWriter& writer) {
+  for (const Element& element : document.elements) {
+    const bool stroke = Attribute(element.presentation, "fill", "black") == "none";
+    writer.AddPath(element.path,
+                   stroke ? Presentation{{"fill", "none"}, {"stroke", "#999"}, {"stroke-width", "0.5%"}}
+                          : Presentation{{"fill", "#ccc"}, {"fill-rule", "evenodd"}});
+  }
+  writer.OpenGroup({{"fill", "none"}, {"stroke", "#c0392b"}, {"stroke-width", "0.2%"}});
+  for (const OffsetResult& result : results) writer.AddPath(result.path, {});
+  writer.CloseGroup();
+}
+
+}  // namespace
+
+void AddOffsetOptions(CLI::App& command, OffsetOptions& options) {
+  AddDrawing(command, options);
+  command.add_option("--join", options.join, "Corners: round, miter, bevel, square or none")
+      ->check(CLI::IsMember({"round", "miter", "bevel", "square", "none"}))
+      ->capture_default_str();
+  command.add_option("--miter-limit", options.miterLimit, "Corners sharper than this many degrees are cut")
+      ->check(CLI::Range(0.0, 180.0))
+      ->capture_default_str();
+  command.add_option("--cap", options.cap, "Ends of open paths: butt, square or round")
+      ->check(CLI::IsMember({"butt", "square", "round"}))
+      ->capture_default_str();
+  command.add_option("--error", options.error, "Largest deviation, in the drawing's units")
+      ->check(CLI::PositiveNumber);
+  command.add_flag("!--no-combine", options.combine, "Leave results that overlap as they are");
+  command.add_flag("--picture", options.picture, "Draw the sources grey and the results as lines over them");
+  AddOutput(command, options.output);
+}
+
+std::unique_ptr<Lumo::Offset::OffsetSettings> MakeSettings(const OffsetOptions& options,
+                                                           const Document& document, double distance,
+                                                           bool inwards) {
+  auto settings = std::make_unique<Lumo::Offset::OffsetSettings>(
+      MakeJoin(options.join, options.miterLimit).release(),
+      MakeJoin(options.cap, options.miterLimit).release(), distance, inwards);
+  settings->SetCombineShape(options.combine);
+  if (options.error > 0) settings->SetMaxOffsetError(document.ToUnits(options.error));
+  return settings;
+}
+
+int FinishOffset(const OffsetOptions& options, const Document& document,
+                 const std::vector<OffsetResult>& results) {
+  SvgWriter writer(document);
+  writer.ShowAll();
+  if (options.picture) {
+    DrawPicture(document, results, writer);
+  } else {
+    for (const OffsetResult& result : results) {
+      if (!result.path.IsEmpty()) writer.AddPath(result.path, result.source->presentation, result.source->id);
+    }
+  }
+  writer.Save(options.output);
+  if (options.json) {
+    Json list = Json::array();
+    const double scale = document.unitsPerUser;
+    for (const OffsetResult& result : results) {
+      list.push_back({{"id", result.source->id},
+                      {"distance", result.distance / scale},
+                      {"subpaths", result.path.GetSubpathCount()},
+                      {"nodes", result.path.GetPointCount()},
+                      {"length", result.path.GetLength() / scale},
+                      {"area", result.path.GetArea() / scale / scale}});
+    }
+    PrintJson({{"file", document.file}, {"results", std::move(list)}});
+  }
+  const bool any =
+      std::ranges::any_of(results, [](const OffsetResult& result) { return !result.path.IsEmpty(); });
+  return any ? kDone : kNothing;
+}
+
+}  // namespace tool
