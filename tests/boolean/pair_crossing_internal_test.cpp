@@ -1,0 +1,107 @@
+#include "boolean/pair_crossing.h"
+
+#include <gtest/gtest.h>
+
+#include "boolean/collect.h"
+#include "boolean/tolerances.h"
+#include "support/generators.h"
+#include "support/path_builder.h"
+#include "tav/math/cubic_bezier.h"
+
+namespace {
+
+using namespace Lumo::Planar;
+
+Arc MakeArc(const Curve& c) { return {c, 0, 0, 1, 0, 1, Bend(c), IsStraight(c, kStraight)}; }
+Arc Line(DPoint a, DPoint b) { return MakeArc(Curve::Line(a, b)); }
+Arc Cubic(DPoint a, DPoint b, DPoint c, DPoint d) { return MakeArc({{a, b, c, d}, false}); }
+Arc Reversed(Arc a) {
+  std::swap(a.curve.p[0], a.curve.p[3]);
+  std::swap(a.curve.p[1], a.curve.p[2]);
+  return a;
+}
+
+std::vector<Contact> Find(const Arc& a, const Arc& b) {
+  PairCrossing pair(kContact);
+  std::vector<Contact> contacts;
+  pair.Find(a, b, contacts);
+  return contacts;
+}
+
+TEST(PairCrossing, OfLines) {
+  EXPECT_TRUE(Find(Line({0, 0}, {1, 1}), Line({0, 0.5}, {0.4, 0.9})).empty());
+  const auto cross = Find(Line({0, 0}, {1, 1}), Line({0, 1}, {1, 0}));
+  ASSERT_EQ(cross.size(), 1u);
+  EXPECT_EQ(cross[0].point, (DPoint{0.5, 0.5}));
+  // An end on the other line, and an end short of it by less than the contact distance.
+  for (const double y : {0.0, 0.5 * kContact}) {
+    const auto touch = Find(Line({0, 0}, {1, 0}), Line({0.25, y}, {0.25, 1}));
+    ASSERT_EQ(touch.size(), 1u);
+    EXPECT_EQ(touch[0].b, 0);
+    EXPECT_EQ(touch[0].point, (DPoint{0.25, y}));
+  }
+  // A shared stretch: its two ends, in either direction.
+  for (const bool turned : {false, true}) {
+    const Arc b = Line({0.5, 0}, {2, 0});
+    const auto shared = Find(Line({0, 0}, {1, 0}), turned ? Reversed(b) : b);
+    ASSERT_EQ(shared.size(), 2u);
+    EXPECT_EQ(shared[0].a + shared[1].a, 1.5);
+  }
+}
+
+TEST(PairCrossing, AgreesWithTheGeneralCurveCrossing) {
+  test::Bits bits(3);
+  int crossings = 0;
+  for (int k = 0; k < 3000; ++k) {
+    // Monotone arcs: both coordinates sorted.
+    const auto arc = [&] {
+      double x[4], y[4];
+      for (int i = 0; i < 4; ++i) x[i] = bits.Unit(), y[i] = bits.Unit();
+      std::sort(x, x + 4);
+      std::sort(y, y + 4);
+      if (bits.OneIn(2)) std::reverse(y, y + 4);
+      return Cubic({x[0], y[0]}, {x[1], y[1]}, {x[2], y[2]}, {x[3], y[3]});
+    };
+    const Arc a = arc(), b = arc();
+    auto found = Find(a, b);
+    const auto expected = TavMath::CubicBezier::IntersectBeziers(a.curve.p, b.curve.p);
+    if (expected.overlap) continue;
+    std::sort(found.begin(), found.end(), [](const Contact& p, const Contact& q) { return p.a < q.a; });
+    found.erase(std::unique(found.begin(), found.end(),
+                            [](const Contact& p, const Contact& q) { return std::fabs(p.a - q.a) < 1e-6; }),
+                found.end());
+    ASSERT_EQ(static_cast<int>(found.size()), expected.count) << k;
+    for (std::size_t i = 0; i < found.size(); ++i) EXPECT_NEAR(found[i].a, expected.at[i].ta, 1e-9) << k;
+    crossings += expected.count;
+  }
+  EXPECT_GT(crossings, 500);
+}
+
+TEST(PairCrossing, OfCurvesOnTopOfOneAnotherGivesTheEndsOfTheSharedStretch) {
+  const Curve whole = Cubic({0, 0}, {0.2, 0.6}, {0.5, 0.9}, {1, 1}).curve;
+  const Arc a = MakeArc(Part(whole, 0, 0.7)), b = MakeArc(Part(whole, 0.3, 1));
+  for (const Arc& other : {b, Reversed(b)}) {
+    const auto contacts = Find(a, other);
+    const auto has = [&](const DPoint& p) {
+      return std::any_of(contacts.begin(), contacts.end(),
+                         [&](const Contact& c) { return TavMath::Distance(c.point, p) < 2 * kContact; });
+    };
+    EXPECT_TRUE(has(Evaluate(whole, 0.3)));
+    EXPECT_TRUE(has(Evaluate(whole, 0.7)));
+    EXPECT_LT(contacts.size(), 8u);
+  }
+}
+
+TEST(PairCrossing, OfTangentArcsIsNearTheTangency) {
+  const double k = 0.5522847498307936;
+  const Arc a = Cubic({1, 0}, {1, k}, {k, 1}, {0, 1});                      // a quarter round (0, 0)
+  const Arc b = Cubic({0.5, 0}, {0.5, 0.5 * k}, {0.5 * k, 0.5}, {0, 0.5});  // half as large,
+  Arc c = b;
+  for (DPoint& p : c.curve.p) p.y += 0.5;  // touching it at (0, 1)
+  const auto contacts = Find(a, c);
+  ASSERT_FALSE(contacts.empty());
+  for (const Contact& contact : contacts) EXPECT_LT(TavMath::Distance(contact.point, {0, 1}), 1e-4);
+  EXPECT_TRUE(Find(a, b).empty());
+}
+
+}  // namespace

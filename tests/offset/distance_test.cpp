@@ -1,0 +1,75 @@
+// Offsets of closed outlines against their definition: the points at the distance from the ground.
+#include <gtest/gtest.h>
+
+#include "support/offset_paths.h"
+
+namespace {
+
+using namespace LumoTest;
+using namespace TavMath;
+
+/// The offset error, what moving ends together may add, rounding to whole units, flattening of the check.
+constexpr double kAllowed = 100 + 50 + 20;
+
+void ExpectTrueOffset(const DoublePath& source, double offset) {
+  const DoublePath result = OffsetOf(source, offset);
+  EXPECT_TRUE(test::IsWellFormed(result));
+  const double allowed = kAllowed + std::fmax(0.0, offset / 100 - 100);
+  EXPECT_LE(DistanceError(source, offset, result), allowed) << offset << " of\n"
+                                                            << test::ToSvg(source) << "\ngives\n"
+                                                            << test::ToSvg(result);
+  const std::vector<DPoint> wrong = WronglySided(source, offset, result, allowed);
+  EXPECT_TRUE(wrong.empty()) << wrong.size() << " points, first " << wrong[0].x << " " << wrong[0].y << ", "
+                             << offset << " of\n"
+                             << test::ToSvg(source) << "\ngives\n"
+                             << test::ToSvg(result);
+}
+
+TEST(OffsetDistance, RandomPolygons) {
+  Random random(31);
+  for (int k = 0; k < 12; ++k) {
+    const DoublePath path = RandomBlob(random, 3 + random.Below(30), 50000, false, 0.8);
+    ExpectTrueOffset(path, (k % 2 ? 1 : -1) * random.LogUniform(300, 40000));
+  }
+}
+
+TEST(OffsetDistance, RandomCurves) {
+  Random random(32);
+  for (int k = 0; k < 12; ++k) {
+    const DoublePath path = RandomBlob(random, 3 + random.Below(10), 50000, true, 0.5);
+    ExpectTrueOffset(path, (k % 2 ? 1 : -1) * random.LogUniform(300, 40000));
+  }
+}
+
+TEST(OffsetDistance, OutlinesThatCrossThemselvesAreTheGroundTheyCover) {
+  Random random(33);
+  for (int k = 0; k < 12; ++k) {
+    std::vector<DPoint> points;
+    for (int n = 0; n < 8; ++n) points.push_back(random.Point(50000));
+    ExpectTrueOffset(ClosedPolygon(points), (k % 2 ? 1 : -1) * random.LogUniform(300, 20000));
+  }
+}
+
+TEST(OffsetDistance, DenseOutlines) {
+  // So many segments within the distance that they are offset stretch by stretch.
+  Random random(35);
+  for (const double offset : {30000.0, -30000.0})
+    for (const bool curves : {false, true}) {
+      const DoublePath path = RandomBlob(random, 160, 50000, curves, 0.04);
+      const DoublePath result = OffsetOf(path, offset);
+      EXPECT_EQ(test::Flatten(result, 1).size(), 1u) << offset << " " << curves;
+      EXPECT_TRUE(WronglySided(path, offset, result, 470, 12).empty()) << offset << " " << curves;
+    }
+}
+
+TEST(OffsetDistance, InsetPastTheInradiusIsEmpty) {
+  const DoublePath square = ClosedPolygon({{0, 0}, {0, 20000}, {20000, 20000}, {20000, 0}});
+  EXPECT_FALSE(OffsetOf(square, -9900).empty());
+  for (const double distance : {10000.0, 10001.0, 12000.0, 14000.0, 14200.0, 50000.0, 1e9})
+    EXPECT_TRUE(OffsetOf(square, -distance).empty()) << distance;
+  Random random(34);
+  for (int k = 0; k < 20; ++k)
+    EXPECT_TRUE(OffsetOf(RandomBlob(random, 12, 20000, k % 2, 0.4), -21000).empty());
+}
+
+}  // namespace

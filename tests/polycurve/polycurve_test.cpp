@@ -1,0 +1,165 @@
+#include "lumo/polycurve.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "lumo/polyline.h"
+
+namespace {
+
+using Lumo::PolycurveRefT;
+using Lumo::PolycurveT;
+using Lumo::PolylineT;
+using TavMath::DPoint;
+
+template <class T>
+class Polycurve : public testing::Test {};
+using PointTypes = testing::Types<tagPOINT, DPoint>;
+TYPED_TEST_SUITE(Polycurve, PointTypes);
+
+template <class T>
+std::vector<int> Bytes(const PolycurveT<T>& path) {
+  return {path.GetNodeTypes(), path.GetNodeTypes() + path.GetPointCount()};
+}
+
+template <class T>
+PolycurveT<T> Bent() {
+  PolycurveT<T> path;
+  path.MoveTo(0, 0);
+  path.LineTo(10, 0);
+  path.CubicTo(T{20, 0}, T{30, 10}, T{30, 20});
+  return path;
+}
+
+TYPED_TEST(Polycurve, AppendsNodesWithTheUserFlagOnThoseThatTheUserSees) {
+  EXPECT_EQ(Bytes(Bent<TypeParam>()), (std::vector<int>{0x04, 0x44, 0xC0, 0xC0, 0x84}));
+}
+
+TYPED_TEST(Polycurve, SharesUntilTheFirstWriteAndThenLeavesTheOtherHoldersAlone) {
+  using T = TypeParam;
+  const PolycurveT<T> original = Bent<T>();
+  PolycurveT<T> copy = original;
+  EXPECT_TRUE(copy.IsSameData(original));
+  EXPECT_EQ(copy.GetPoints(), original.GetPoints());
+  EXPECT_TRUE(copy.SetPoint(1, T{5, 5}));
+  EXPECT_FALSE(copy.IsSameData(original));
+  EXPECT_EQ(original.GetPoint(1), (T{10, 0}));
+  EXPECT_EQ(copy.GetPoint(1), (T{5, 5}));
+  const T* before = copy.GetPoints();
+  EXPECT_TRUE(copy.SetPoint(2, T{1, 1}));
+  EXPECT_EQ(copy.GetPoints(), before) << "a second write needs no copy";
+}
+
+TYPED_TEST(Polycurve, OverACallersArraysNeverWritesThem) {
+  using T = TypeParam;
+  const std::vector<T> points{{0, 0}, {1, 2}};
+  const std::vector<NODETYPE> types{0x04, 0x44};
+  PolycurveRefT<T> path(points.data(), types.data(), 2);
+  EXPECT_EQ(path.GetPoints(), points.data());
+  const PolycurveT<T> copy = path;
+  EXPECT_NE(copy.GetPoints(), points.data()) << "a copy owns its nodes";
+  EXPECT_TRUE(path.SetPoint(1, T{7, 7}));
+  EXPECT_EQ(points[1], (T{1, 2}));
+  EXPECT_EQ(path.GetPoint(1), (T{7, 7}));
+  EXPECT_EQ((PolycurveRefT<T>(nullptr, types.data(), 2).GetPointCount()), 0u);
+
+  std::vector<PolycurveRefT<T>> many;
+  for (int i = 0; i < 20; ++i) many.emplace_back(points.data(), types.data(), 2u);
+  for (const auto& ref : many)
+    EXPECT_EQ(ref.GetPoints(), points.data()) << "a growing vector must not copy nodes";
+}
+
+TYPED_TEST(Polycurve, ClosesAPolylineWithAnExtraNodeOnlyWhenItsEndsDiffer) {
+  using T = TypeParam;
+  const std::vector<T> corner{{0, 0}, {10, 0}, {10, 10}};
+  EXPECT_EQ(Bytes<T>(PolylineT<T>(corner.data(), 3, true)), (std::vector<int>{0x0C, 0x44, 0x44, 0x48}));
+  EXPECT_EQ(Bytes<T>(PolylineT<T>(corner.data(), 3, false)), (std::vector<int>{0x04, 0x44, 0x44}));
+  const std::vector<T> equal{{3, 3}, {3, 3}};
+  EXPECT_EQ(Bytes<T>(PolylineT<T>(equal.data(), 2, true)), (std::vector<int>{0x0C, 0x48}));
+  EXPECT_EQ(Bytes<T>(PolylineT<T>(equal.data(), 1, true)), (std::vector<int>{0x04}));
+  EXPECT_TRUE((PolylineT<T>(nullptr, 3, true).IsEmpty()));
+}
+
+TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanItHolds) {
+  PolycurveT<TypeParam> path = Bent<TypeParam>();
+  EXPECT_EQ(path.GetBuffer(2).count, 5u);
+  EXPECT_EQ(path.GetBuffer(8).count, 8u);
+  EXPECT_EQ(path.GetNodeType(7), 0);
+  EXPECT_FALSE(path.ReleaseBuffer(9));
+  EXPECT_EQ(path.GetPointCount(), 8u);
+  EXPECT_TRUE(path.ReleaseBuffer(3));
+  EXPECT_EQ(path.GetBufferSetCount(2).count, 2u);
+  EXPECT_EQ(path.GetBufferSetCount(static_cast<std::size_t>(-1) / 2).count, 0u) << "no room: an empty buffer";
+  EXPECT_EQ(path.GetPointCount(), 2u);
+}
+
+TYPED_TEST(Polycurve, AMovedFromPathIsEmptyAndUsable) {
+  PolycurveT<TypeParam> path = Bent<TypeParam>();
+  const PolycurveT<TypeParam> taken = std::move(path);
+  EXPECT_EQ(taken.GetPointCount(), 5u);
+  EXPECT_TRUE(path.IsEmpty());
+  EXPECT_EQ(path.GetPoints(), nullptr);
+  EXPECT_EQ((PolycurveT<TypeParam>(path).GetPointCount()), 0u);
+  EXPECT_TRUE(path.MoveTo(1, 1));
+  EXPECT_EQ(path.GetPointCount(), 1u);
+}
+
+TYPED_TEST(Polycurve, RefusesIndicesOutsideThePath) {
+  PolycurveT<TypeParam> path = Bent<TypeParam>();
+  const PolycurveT<TypeParam> before = path;
+  EXPECT_FALSE(path.SetPoint(5, TypeParam{}));
+  EXPECT_FALSE(path.SetNodeType(5, 0));
+  EXPECT_FALSE(path.SetNodeClosed(5, true));
+  EXPECT_FALSE(path.IsLetter(5));
+  EXPECT_TRUE(path.IsSameData(before));
+  EXPECT_EQ(path.GetPoint(99), (TypeParam{0, 0}));
+}
+
+TYPED_TEST(Polycurve, ReplacesRangesThatAreCutToThePath) {
+  using T = TypeParam;
+  const std::vector<T> one{{99, 99}};
+  const std::vector<NODETYPE> line{0x44};
+  PolycurveT<T> path = Bent<T>();
+  EXPECT_TRUE(path.DeletePoints(2, 100));
+  EXPECT_EQ(Bytes(path), (std::vector<int>{0x04, 0x44}));
+  EXPECT_TRUE(path.InsertPoints(1000, one.data(), line.data(), 1));
+  EXPECT_EQ(path.GetPoint(2), (T{99, 99}));
+  EXPECT_TRUE(path.Truncate(10));
+  EXPECT_EQ(path.GetPointCount(), 3u);
+  EXPECT_TRUE(path.ReplacePoints(0, 2, path));
+  EXPECT_EQ(Bytes(path), (std::vector<int>{0x04, 0x44, 0x44, 0x44})) << "its own nodes as the source";
+  path += path;
+  EXPECT_EQ(path.GetPointCount(), 8u);
+  EXPECT_EQ(path.GetPoint(4), path.GetPoint(0));
+}
+
+TYPED_TEST(Polycurve, ComparesCountsFirstAndThenBytes) {
+  const PolycurveT<TypeParam> path = Bent<TypeParam>();
+  PolycurveT<TypeParam> other = path;
+  EXPECT_TRUE(path == other);
+  other.SetNodeType(1, 0x45);
+  EXPECT_EQ(path.Compare(other), -1);
+  EXPECT_TRUE(path < other);
+  other.SetPoint(0, TypeParam{9, 9});
+  other.Truncate(4);
+  EXPECT_EQ(path.Compare(other), 1) << "whatever the points";
+}
+
+TYPED_TEST(Polycurve, LengthensALineInsteadOfAddingACollinearOne) {
+  using T = TypeParam;
+  PolycurveT<T> path;
+  EXPECT_FALSE(path.LineTo(T{1, 1}, false)) << "never starts a path, whatever the flag";
+  path.MoveTo(0, 0);
+  path.LineTo(T{100, 0}, true);
+  path.LineTo(T{200, 3}, true);
+  EXPECT_EQ(path.GetPointCount(), 2u);
+  EXPECT_EQ(path.GetPoint(1), (T{200, 3}));
+  path.LineTo(T{50, 0}, true);
+  EXPECT_EQ(path.GetPointCount(), 2u) << "a line that folds back is shortened";
+  path.LineTo(T{100, 50}, true);
+  path.LineTo(T{150, 100}, false);
+  EXPECT_EQ(path.GetPointCount(), 4u);
+}
+
+}  // namespace

@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "lumo/polycurve.h"
+#include "support/cubic_oracles.h"
+#include "support/generators.h"
+#include "support/oracles.h"
+#include "support/path_builder.h"
+
+namespace {
+
+using Lumo::CurvePosition;
+using Lumo::PolycurveT;
+using TavMath::DPoint;
+using TavMath::Side;
+
+template <class T>
+class Positions : public testing::Test {};
+using PointTypes = testing::Types<tagPOINT, DPoint>;
+TYPED_TEST_SUITE(Positions, PointTypes);
+
+template <class T>
+PolycurveT<T> Parse(const char* svg) {
+  const auto path = test::ParsePath<T>(svg);
+  return {path.points.data(), path.types.data(), path.points.size()};
+}
+
+template <class T>
+PolycurveT<T> Random(std::uint64_t seed) {
+  test::Bits bits(seed);
+  const auto path = test::RandomPath<T>(bits);
+  return {path.points.data(), path.types.data(), path.points.size()};
+}
+
+TYPED_TEST(Positions, AtALengthAndBack) {
+  int checked = 0;
+  for (std::uint64_t seed = 0; seed < 100; ++seed) {
+    const auto path = Random<TypeParam>(seed);
+    const double total = path.GetLength();
+    if (!(total > 0)) continue;
+    for (int k = 0; k <= 10; ++k) {
+      const auto position = path.GetPositionAtLength(total * k / 10);
+      ASSERT_TRUE(position);
+      EXPECT_NEAR(path.GetLengthAlongCurveTo(*position), total * k / 10, 1e-9 * total);
+      EXPECT_NEAR(path.GetLengthFrom(*position), total - total * k / 10, 1e-9 * total);
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 500);
+  const auto line = Parse<TypeParam>("M0,0 L10,0 L10,10");
+  EXPECT_EQ(line.GetPositionAtLength(1e9)->lastNode, 2);
+  EXPECT_EQ(line.GetPositionAtLength(1e9)->t, 1);
+  EXPECT_EQ(line.GetPositionAtLength(-5)->firstNode, 0);
+  EXPECT_EQ(line.GetPositionAtLength(-5)->t, 0);
+  EXPECT_EQ(line.GetPositionAtRelativeLength(0.75)->t, 0.5);
+  EXPECT_FALSE(line.GetPositionAtLength(std::nan("")));
+  EXPECT_FALSE(PolycurveT<TypeParam>().GetPositionAtLength(0));
+  EXPECT_EQ(line.GetLengthFrom({0, 2, 0.5}), 0) << "no position of the path";
+}
+
+/// The length up to a position, and of the whole path without one, in long doubles.
+template <class T>
+long double LengthTo(const PolycurveT<T>& path, const CurvePosition* position) {
+  long double sum = 0;
+  for (std::size_t k = 1; k < path.GetPointCount(); ++k) {
+    const NODETYPE type = path.GetNodeType(k);
+    if (type.IsMove() || type.IsControl()) continue;
+    const std::size_t first = type.IsLine() ? k - 1 : k - 3;
+    const bool last = position && position->firstNode == static_cast<int>(first);
+    const long double t = last ? position->t : 1;
+    TavMath::Cubic c;
+    for (std::size_t j = 0; j < 4; ++j) {
+      const T& p = path.GetPoint(type.IsLine() ? (j < 2 ? first : k) : first + j);
+      c[j] = {static_cast<double>(p.x), static_cast<double>(p.y)};
+    }
+    const auto dx = static_cast<long double>(c[3].x) - c[0].x, dy = static_cast<long double>(c[3].y) - c[0].y;
+    sum += type.IsLine() ? t * std::hypot(dx, dy) : t > 0 ? LumoTest::LengthOracle(c).Over(0, t) : 0;
+    if (last) break;
+  }
+  return sum;
+}
+
+TYPED_TEST(Positions, LengthsAgreeWithExtendedPrecision) {
+  int checked = 0;
+  for (std::uint64_t seed = 500; seed < 560; ++seed) {
+    const auto path = Random<TypeParam>(seed);
+    const double total = path.GetLength();
+    if (!(total > 0)) continue;
+    EXPECT_NEAR(total, static_cast<double>(LengthTo(path, nullptr)), 1e-9 * total) << seed;
+    constexpr int kParts = 7;
+    for (int k = 1; k < kParts; ++k) {
+      const auto position = path.GetPositionAtRelativeLength(static_cast<double>(k) / kParts);
+      ASSERT_TRUE(position);
+      EXPECT_NEAR(static_cast<double>(LengthTo(path, &*position)), total * k / kParts, 1e-9 * total) << seed;
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 200);
+}
+
+TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
+  using T = TypeParam;
+  for (std::uint64_t seed = 0; seed < 60; ++seed) {
+    test::Bits bits(seed);
+    test::PathOptions options;
+    options.maxSubpaths = 1;
+    options.loneMoves = false;
+    const auto nodes = test::RandomPath<T>(bits, options);
+    const PolycurveT<T> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const std::size_t n = 2 + static_cast<std::size_t>(bits.Below(20));
+    const auto points = path.GetEvenlySpacedPoints(n);
+    ASSERT_EQ(points.size(), n);
+    const double total = path.GetLength(), gaps = static_cast<double>(path.IsClosed(0) ? n : n - 1);
+    for (std::size_t k = 0; k < n; ++k) {
+      T expected{};
+      ASSERT_TRUE(
+          path.GetPointAt(*path.GetPositionAtLength(total * static_cast<double>(k) / gaps), expected));
+      EXPECT_NEAR(points[k].x, expected.x, 1e-9 * total + (std::is_same_v<T, tagPOINT> ? 1 : 0));
+      EXPECT_NEAR(points[k].y, expected.y, 1e-9 * total + (std::is_same_v<T, tagPOINT> ? 1 : 0));
+    }
+    EXPECT_EQ(points.front(), path.GetPoint(0));
+    if (!path.IsClosed(0)) {
+      EXPECT_EQ(points.back(), path.GetPoint(path.GetPointCount() - 1));
+    }
+  }
+  EXPECT_EQ(Parse<T>("M0,0 L10,0").GetEvenlySpacedPoints(1).size(), 1u);
+  EXPECT_TRUE(Parse<T>("M0,0").GetEvenlySpacedPoints(5).empty());
+}
+
+TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
+  for (std::uint64_t seed = 0; seed < 40; ++seed) {
+    auto path = Random<TypeParam>(seed);
+    const double total = path.GetLength();
+    if (!(total > 100)) continue;
+    const auto before = path;
+    ASSERT_TRUE(path.DivideEqually(7));
+    EXPECT_TRUE(test::IsWellFormed(
+        test::Path<TypeParam>{{path.GetPoints(), path.GetPoints() + path.GetPointCount()},
+                              {path.GetNodeTypes(), path.GetNodeTypes() + path.GetPointCount()}}));
+    const double slack = std::is_same_v<TypeParam, tagPOINT> ? 40.0 : 1e-6 * total;
+    EXPECT_NEAR(path.GetLength(), total, slack);
+    for (int k = 1; k < 7; ++k) {
+      TypeParam expected{};
+      ASSERT_TRUE(before.GetPointAt(*before.GetPositionAtLength(total * k / 7), expected));
+      double nearest = 1e300;
+      for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
+        if (path.GetNodeType(i).IsControl()) continue;
+        nearest = std::min(nearest, std::hypot(1.0 * path.GetPoint(i).x - expected.x,
+                                               1.0 * path.GetPoint(i).y - expected.y));
+      }
+      EXPECT_LE(nearest, 1e-6 * total + (std::is_same_v<TypeParam, tagPOINT> ? 1.5 : 0));
+    }
+    if constexpr (std::is_same_v<TypeParam, DPoint>) {
+      const std::size_t nodes = path.GetPointCount();
+      ASSERT_TRUE(path.DivideEqually(7));
+      EXPECT_EQ(path.GetPointCount(), nodes) << "it is divided already";
+    }
+  }
+}
+
+TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
+  const auto path = Parse<TypeParam>("M0,0 L30,40 C30,40 60,40 60,80");
+  const auto along = path.GetTangentAt({0, 1, 0.5});
+  EXPECT_DOUBLE_EQ(along.x, 0.6);
+  EXPECT_DOUBLE_EQ(path.GetTangentAt({0, 1, 0.5}, true).y, -0.8);
+  EXPECT_DOUBLE_EQ(path.GetTangentAt({1, 4, 0}).x, 1) << "the first handle lies on its node";
+  EXPECT_EQ(path.GetTangentAt({1, 2, 0}), (TavMath::DVector{0, 0}));
+}
+
+TYPED_TEST(Positions, SidesFollowTheDirectionAlsoAtCorners) {
+  using T = TypeParam;
+  const auto path = Parse<T>("M0,0 L100,0 L100,100");
+  EXPECT_EQ(path.GetSide(T{50, 10}), Side::left);
+  EXPECT_EQ(path.OnLeftOrRight(T{50, -10}), Side::right);
+  EXPECT_EQ(path.GetSide(T{130, -30}), Side::right) << "outside the corner";
+  EXPECT_EQ(path.GetSide(T{101, -30}), Side::right);
+  EXPECT_EQ(path.GetSide(T{130, -1}), Side::right);
+  EXPECT_EQ(path.GetSide(T{50, 0}), Side::none);
+  const auto ring = Parse<T>("M0,0 L100,0 L100,100 L0,100 Z");
+  EXPECT_EQ(ring.GetSide(T{-10, -20}), Side::right) << "at the corner where the ring closes";
+  EXPECT_EQ(ring.GetSide(T{10, 20}), Side::left);
+}
+
+TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
+  using T = TypeParam;
+  const auto ring = Parse<T>("M0,0 L100,0 L100,100 L0,100 Z");
+  EXPECT_EQ(ring.FindClosestPoints(T{50, 50}).size(), 4u);
+  const auto corner = ring.FindClosestPoints(T{-30, -40});
+  ASSERT_EQ(corner.size(), 1u) << "both closed ends are one place";
+  EXPECT_EQ(corner[0].distanceSqrd, 2500);
+  EXPECT_EQ(ring.FindClosestPoints(T{130, 140}).size(), 1u);
+  const auto circle = PolycurveT<T>::CreateCircle(T{0, 0}, 1000);
+  EXPECT_GE(circle.FindClosestPoints(T{0, 0}).size(), 4u);
+  EXPECT_TRUE(PolycurveT<T>().FindClosestPoints(T{0, 0}).empty());
+}
+
+TYPED_TEST(Positions, TheFarthestPointIsThatOfTheFlattenedPath) {
+  for (std::uint64_t seed = 0; seed < 60; ++seed) {
+    test::Bits bits(seed);
+    test::PathOptions options;
+    options.loneMoves = false;
+    const auto nodes = test::RandomPath<TypeParam>(bits, options);
+    const PolycurveT<TypeParam> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const auto query = test::RandomPoint<TypeParam>(bits, options);
+    double expected = 0;
+    for (const auto& line : test::Flatten(nodes, 500)) {
+      for (const DPoint& p : line.points)
+        expected = std::max(expected, std::hypot(p.x - query.x, p.y - query.y));
+    }
+    typename PolycurveT<TypeParam>::Closest farthest;
+    ASSERT_TRUE(path.FindFarthestPoint(query, farthest));
+    EXPECT_NEAR(std::sqrt(farthest.distanceSqrd), expected, 0.05) << testing::PrintToString(nodes);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "lumo/polycurve.h"
+#include "support/path_builder.h"
+
+namespace {
+
+using Lumo::PolycurveT;
+using Lumo::SubcurveRange;
+using TavMath::DPoint;
+
+template <class T>
+class Subpaths : public testing::Test {};
+using PointTypes = testing::Types<tagPOINT, DPoint>;
+TYPED_TEST_SUITE(Subpaths, PointTypes);
+
+template <class T>
+PolycurveT<T> Parse(const char* svg) {
+  const auto path = test::ParsePath<T>(svg);
+  return {path.points.data(), path.types.data(), path.points.size()};
+}
+
+TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
+  using T = TypeParam;
+  const auto path = Parse<T>("M0,0 L10,0 M5,5 M0,0 L10,0e L10,10 Z M0,0 L1,1");
+  EXPECT_EQ(path.GetSubpathCount(), 4u);
+  EXPECT_EQ(path.GetSubpathIndices(), (std::vector<SubcurveRange>{{0, 2}, {2, 3}, {3, 7}, {7, 9}}));
+  EXPECT_EQ(path.GetSubpathRange(2), (SubcurveRange{3, 7}));
+  std::size_t first = 99, end = 99;
+  EXPECT_FALSE(path.GetSubpathRange(4, first, end));
+  EXPECT_EQ(first, 99u);
+  EXPECT_EQ(path.GetSubpath(2).GetPointCount(), 4u);
+  EXPECT_TRUE(path.GetSubpath(4).IsEmpty());
+  EXPECT_EQ(path.GetSubpaths().size(), 4u);
+  const auto refs = path.GetSubpathRefs();
+  ASSERT_EQ(refs.size(), 4u);
+  EXPECT_EQ(refs[2].GetPoints(), path.GetPoints() + 3) << "no nodes are copied";
+  EXPECT_EQ(path.GetSubpathCurves()[3].count, 2u);
+  ASSERT_EQ(path.GetEnabledSubpathCurves().size(), 1u);
+  EXPECT_EQ(path.GetEnabledSubpathCurves()[0].types, path.GetNodeTypes() + 3);
+  EXPECT_TRUE(path.IsClosed(2));
+  EXPECT_FALSE(path.IsClosed(0) || path.IsClosed(9) || path.IsLastSubpathClosed());
+  EXPECT_TRUE(path.ContainsClosedSubpaths());
+  const auto lone = Parse<T>("M0,0 L10,0 L10,10 Z M5,5");
+  EXPECT_TRUE(lone.ContainsOpenSubpaths(false));
+  EXPECT_FALSE(lone.ContainsOpenSubpaths(true)) << "a lone move node is no real subpath";
+}
+
+TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
+  using T = TypeParam;
+  auto path = Parse<T>("M0,0 L1,1 M5,5l L6,6 M7,7 L8,8 M9,9l L10,10");
+  const auto letters = path.GetLetterCurves();
+  ASSERT_EQ(letters.size(), 3u);
+  EXPECT_EQ(letters[0].GetPointCount(), 2u) << "what stands before the first letter";
+  EXPECT_EQ(letters[1].GetPointCount(), 4u);
+  EXPECT_EQ(letters[2].GetPoint(0).x, 9);
+  EXPECT_TRUE(path.ClearLetterFlags());
+  EXPECT_FALSE(path.ClearLetterFlags()) << "none left";
+  EXPECT_EQ(path.GetLetterCurves().size(), 1u);
+  EXPECT_TRUE(PolycurveT<T>().GetLetterCurves().empty());
+}
+
+TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
+  auto path = Parse<TypeParam>("M0,0 L10,0 L10,10 Z M0,0e L5,5");
+  path.SetNodeType(3, path.GetNodeType(3) | NODETYPE::kEnabled);
+  EXPECT_FALSE(path.IsEnabled(0));
+  EXPECT_TRUE(path.EnableFirstAndLastInClosedSubpaths());
+  EXPECT_TRUE(path.IsEnabled(0));
+  EXPECT_FALSE(path.IsEnabled(5)) << "open subpaths keep their selection";
+  EXPECT_TRUE(path.SetEnabled(3, false));
+  EXPECT_FALSE(path.IsEnabled(0)) << "the setter writes both ends too";
+}
+
+TYPED_TEST(Subpaths, ConvertToTheOtherPointType) {
+  using T = TypeParam;
+  using Other = typename PolycurveT<T>::OtherPoint;
+  const PolycurveT<Other> other(Parse<T>("M0,0 L10,-7 Z"));
+  EXPECT_EQ(other.GetPoint(1).y, -7);
+  EXPECT_EQ(other.GetPointCount(), 3u);
+  auto path = Parse<T>("M1,1");
+  EXPECT_TRUE(path.PushBack(other));
+  EXPECT_EQ(path.GetPointCount(), 4u);
+}
+
+TEST(SubpathsDouble, BecomeIntegersHalfAwayFromZero) {
+  const PolycurveT<tagPOINT> path(Parse<DPoint>("M2.5,-2.5 L2.4,-2.4"));
+  EXPECT_EQ(path.GetPoint(0), (tagPOINT{3, -3}));
+  EXPECT_EQ(path.GetPoint(1), (tagPOINT{2, -2}));
+}
+
+TEST(SubpathsDouble, NumbersThatAreNoneOrHugeEndEveryQuestion) {
+  for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1.7e308, -1.7e308, 1e-310}) {
+    for (std::size_t i = 0; i < 6; ++i) {
+      auto path = Parse<DPoint>("M0,0 C10,20 20,-20 30,0 L30,30 L0,30");
+      path.SetPoint(i, {i % 2 ? bad : 5, i % 2 ? 5 : bad});
+      path.CloseLastSubpathWithOptionalLine();
+      for (const DPoint query : {DPoint{5, 5}, DPoint{bad, 0}, DPoint{0, bad}}) {
+        path.IsPointInShape(query, true, true);
+        path.GetSide(query);
+        path.FindClosestPoints(query);
+        PolycurveT<DPoint>::Closest found;
+        path.FindFarthestPoint(query, found);
+        PolycurveT<DPoint> edited = path;
+        edited.JoinTouchingSubpaths(bad);
+        edited.AppendFittedCurve(std::vector<DPoint>{{0, 0}, query, {1, 1}, {bad, bad}, {7, 3}}, 1);
+        edited.BreakAtSelfIntersections();
+        edited.TransformToFit({0, bad, 10, 10});
+        edited.MergeLines(bad);
+        edited.Extend(bad);
+      }
+      path.GetEvenlySpacedPoints(10);
+      path.DivideEqually(10);
+      path.GetPolyline(1);
+      path.BreakAtLength(bad);
+      path.GetPositionAtRelativeLength(bad);
+    }
+  }
+  PolycurveT<DPoint> path = Parse<DPoint>("M0,0 L10,0");
+  EXPECT_TRUE(path.GetEvenlySpacedPoints(std::numeric_limits<std::size_t>::max()).empty());
+  EXPECT_FALSE(path.DivideEqually(std::numeric_limits<std::size_t>::max()));
+}
+
+}  // namespace

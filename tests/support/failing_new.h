@@ -1,0 +1,38 @@
+#pragma once
+// Lets the n-th allocation of the test program fail, and with it that of the shared library (on systems where
+// a program's operator new wins over the library's). The operators themselves stand in
+// tests/safety/failing_new_test.cpp.
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+
+namespace test {
+
+/// Counts allocations while armed and fails the chosen one and all that follow it.
+class FailingNew {
+ public:
+  static void FailFrom(long nth) {
+    failures_ = 0;
+    left_ = nth;
+  }
+  static void Never() { left_ = -1; }
+  /// How many allocations were refused since FailFrom.
+  static long Failures() { return failures_; }
+
+  static void* Allocate(std::size_t size) {
+    if (left_ >= 0 && left_-- <= 0) {
+      left_ = 0;
+      ++failures_;
+      return nullptr;
+    }
+    return std::malloc(size == 0 ? 1 : size);
+  }
+
+ private:
+  // Negative: never fail. Otherwise the number of allocations that still succeed.
+  static inline std::atomic<long> left_{-1};
+  static inline std::atomic<long> failures_{0};
+};
+
+}  // namespace test
