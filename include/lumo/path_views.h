@@ -1,0 +1,69 @@
+#pragma once
+// Small records that the path interface passes around: views of a path's arrays, index ranges, positions on a
+// path and the box type of a point type. All are plain aggregates; none owns anything.
+
+#include <cstddef>
+#include <limits>
+#include <type_traits>
+
+#include "lumo/forward.h"
+#include "lumo/node_type.h"
+#include "lumo/point_types.h"
+
+namespace Lumo {
+
+/// Writable arrays of a path. Empty (null, null, 0) when the storage could not be had.
+template <class T>
+struct LUMO_TYPE DrawCurveT {
+  T* points = nullptr;
+  NODETYPE* types = nullptr;
+  std::size_t count = 0;
+};
+
+/// Read-only arrays of a path.
+template <class T>
+struct LUMO_TYPE ConstDrawCurveT {
+  const T* points = nullptr;
+  const NODETYPE* types = nullptr;
+  std::size_t count = 0;
+};
+
+/// The nodes first .. end-1 of a path.
+struct LUMO_TYPE SubcurveRange {
+  std::size_t first = 0;
+  std::size_t end = 0;
+  friend constexpr bool operator==(const SubcurveRange& a, const SubcurveRange& b) {
+    return a.first == b.first && a.end == b.end;
+  }
+};
+
+/// A place on one segment: 0 at its start node, 1 at its end node, -1 for none.
+struct LUMO_TYPE SegmentPosition {
+  double t = -1;
+};
+
+/// A place on a path: the segment between two on-curve nodes (lastNode is firstNode + 1 for a line, + 3 for a
+/// curve) and the parameter on it; -1 for none.
+struct LUMO_TYPE CurvePosition {
+  int firstNode = -1;
+  int lastNode = -1;
+  double t = -1;
+};
+
+/// The nearest point found so far. A search only replaces it by a strictly nearer one.
+template <class T, class Position>
+struct LUMO_TYPE ClosestPoint {
+  T point{};
+  Position position{};
+  double distanceSqrd = (std::numeric_limits<double>::max)();
+};
+
+/// The box of points of type T: `tagRECT` (top is the least y) for integer points, unrounded
+/// `TavMath::BoundsT<double>` for double points.
+template <class T>
+using BoxT = std::conditional_t<std::is_same_v<T, tagPOINT>, tagRECT, TavMath::BoundsT<double>>;
+
+/// How overlapping outlines fill.
+enum class FillRule : int { evenOdd = 0, nonZero = 1, positive = 2 };
+
+}  // namespace Lumo

@@ -1,0 +1,27 @@
+#pragma once
+// The two point types that every path operation exists for, and the integer rectangle.
+
+#include "tav/math/bounds.h"
+#include "tav/math/vector2d.h"
+
+#if defined(_WIN32)
+#include <windef.h>
+#else
+#include <cstdint>
+/// A point of two signed 32-bit integers in document units.
+struct LUMO_TYPE tagPOINT {
+  std::int32_t x;
+  std::int32_t y;
+};
+/// Four signed 32-bit integers. Which of top and bottom is the greater y is stated by each function that
+/// takes or gives a rectangle.
+struct LUMO_TYPE tagRECT {
+  std::int32_t left;
+  std::int32_t top;
+  std::int32_t right;
+  std::int32_t bottom;
+};
+#endif
+
+inline constexpr bool operator==(const tagPOINT& a, const tagPOINT& b) { return a.x == b.x && a.y == b.y; }
+inline constexpr bool operator!=(const tagPOINT& a, const tagPOINT& b) { return !(a == b); }

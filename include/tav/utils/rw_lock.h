@@ -1,0 +1,40 @@
+#pragma once
+#include <mutex>
+#include <shared_mutex>
+
+#include "lumo/export.h"
+
+namespace TavUtils {
+
+/// A reader-writer lock: many readers or one writer.
+class LUMO_TYPE ThreadLock {
+ public:
+  ThreadLock() = default;
+  ThreadLock(const ThreadLock&) = delete;
+  ThreadLock& operator=(const ThreadLock&) = delete;
+
+ private:
+  friend class ReadLock;
+  friend class WriteLock;
+  std::shared_mutex mutex_;
+};
+
+/// Holds the lock for reading while it lives.
+class LUMO_TYPE ReadLock {
+ public:
+  explicit ReadLock(ThreadLock& lock) : lock_(lock.mutex_) {}
+
+ private:
+  std::shared_lock<std::shared_mutex> lock_;
+};
+
+/// Holds the lock for writing while it lives.
+class LUMO_TYPE WriteLock {
+ public:
+  explicit WriteLock(ThreadLock& lock) : lock_(lock.mutex_) {}
+
+ private:
+  std::unique_lock<std::shared_mutex> lock_;
+};
+
+}  // namespace TavUtils

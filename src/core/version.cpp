@@ -1,0 +1,7 @@
+#include "lumo/export.h"
+
+namespace Lumo {
+
+int Version() noexcept { return LUMO_VERSION; }
+
+}  // namespace Lumo

@@ -1,0 +1,24 @@
+#pragma once
+// One cubic for a stretch of a parallel curve: the ends and the end tangents are exact, the two handle
+// lengths make the normal deviation least in the mean square.
+
+#include "math/cubic/parallel_curve.h"
+
+namespace TavMath {
+
+struct ParallelFit {
+  std::array<DPoint, 4> cubic;
+  /// An upper estimate of the largest normal deviation over the whole stretch; infinite when there is no fit.
+  double error;
+};
+
+/// Fits [t0, t1]; the speed must not change its sign inside. `samples` holds the stretch's samples
+/// afterwards. A fit whose error is within `verify` is measured once more half-way between the samples.
+ParallelFit FitParallel(const ParallelCurve& curve, double t0, double t1, double verify,
+                        ParallelSamples& samples) noexcept;
+
+/// The cubic with the exact end tangents and speeds (third of the end derivatives): what is left to use when
+/// subdivision has to stop.
+std::array<DPoint, 4> HermiteParallel(const ParallelCurve& curve, double t0, double t1) noexcept;
+
+}  // namespace TavMath

@@ -1,0 +1,51 @@
+#pragma once
+// Two doubles side by side: every 64-bit x86 processor works on two at once, and the compilers build the same
+// type from scalars elsewhere.
+
+#include <cmath>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace TavMath {
+
+using TwoDoubles = double __attribute__((vector_size(16)));
+
+/// What comparing them gives: all bits of a half set where it holds.
+using TwoFlags = decltype(TwoDoubles{} < TwoDoubles{});
+
+inline TwoDoubles Both(double v) { return TwoDoubles{v, v}; }
+
+inline bool AllOf(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(_mm_castsi128_pd(reinterpret_cast<__m128i>(flags))) == 3;
+#else
+  return (flags[0] & flags[1]) != 0;
+#endif
+}
+inline bool AnyOf(TwoFlags flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_pd(_mm_castsi128_pd(reinterpret_cast<__m128i>(flags))) != 0;
+#else
+  return (flags[0] | flags[1]) != 0;
+#endif
+}
+
+inline TwoDoubles SquareRoot(TwoDoubles v) {
+#if defined(__SSE2__)
+  return _mm_sqrt_pd(v);
+#else
+  return TwoDoubles{std::sqrt(v[0]), std::sqrt(v[1])};
+#endif
+}
+
+inline double SquareRoot(double v) {
+#if defined(__SSE2__)
+  // Without the library call that std::sqrt keeps for setting errno.
+  return _mm_cvtsd_f64(_mm_sqrt_pd(_mm_set_sd(v)));
+#else
+  return std::sqrt(v);
+#endif
+}
+
+}  // namespace TavMath
