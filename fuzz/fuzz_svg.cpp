@@ -1,6 +1,5 @@
 // Any bytes through the reader of `lumo`: read or refused with a message, then written and read again with
 // the same shape.
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
@@ -11,16 +10,12 @@
 
 namespace {
 
-/// An element smaller than the thousandth of a unit that is written, or so small for its distance from the origin that
-/// relative commands would add up to other digits, is a dot: which of its points coincide is chance.
+/// An element smaller than the thousandth of a unit that is written is a dot: which of its points coincide is
+/// chance.
 bool IsDot(const tool::Path& path) {
   constexpr double kResolution = 0.001;
-  constexpr double kFarAway = 1e-9;
   const auto box = path.GetLooseBBox();
-  if (box.IsEmpty()) return true;
-  const double size = std::max(box.Width(), box.Height()),
-               reach = std::max({-box.minx, box.maxx, -box.miny, box.maxy});
-  return size < std::max(kResolution, kFarAway * reach);
+  return box.IsEmpty() || (box.Width() < kResolution && box.Height() < kResolution);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-// Offsets of real drawings beside Clipper 6: every element at 1% and 5% of its size, outwards and inwards, with
-// round and with mitred joins. Clipper gets the same paths flattened to 1/2400 of their size; its flattening is
-// timed apart. Before a time counts, areas are compared: the two may differ by the tolerance times the length
-// of the outline. Elements whose ground differs already (they cross themselves, or have holes, which an offset
-// leaves as they are) are cut down to their outer outlines first, the same for both.
+// Offsets of real drawings beside Clipper 6: every element at 1% and 5% of its size, outwards and inwards,
+// with round and with mitred joins. Clipper gets the same paths flattened to 1/2400 of their size; its
+// flattening is timed apart. Before a time counts, areas are compared: the two may differ by the tolerance
+// times the length of the outline. Elements whose ground differs already (they cross themselves, or have
+// holes, which an offset leaves as they are) are cut down to their outer outlines first, the same for both.
 //
 //   peers_offset [--most N] FILE.svg ...    script/corpus fetches icons into build/corpus
 
@@ -84,7 +84,8 @@ Path OuterOutlines(Path path) {
   Path kept;
   for (std::size_t k = 0; k < tree.GetNumberOfChildren(); ++k) {
     const auto& node = tree.GetChild(k);
-    kept.PushBack(Path(node.GetPoints(), node.GetNodes(), static_cast<std::size_t>(node.GetNumberOfPoints())));
+    kept.PushBack(
+        Path(node.GetPoints(), node.GetNodes(), static_cast<std::size_t>(node.GetNumberOfPoints())));
   }
   return kept;
 }
@@ -94,10 +95,10 @@ struct Configuration {
   double share;  // of the size; negative shrinks
   bool round;
 };
-constexpr Configuration kConfigurations[] = {
-    {"1% out, round", 0.01, true},  {"1% in, round", -0.01, true},  {"5% out, round", 0.05, true},
-    {"5% in, round", -0.05, true},  {"1% out, miter", 0.01, false}, {"1% in, miter", -0.01, false},
-    {"5% out, miter", 0.05, false}, {"5% in, miter", -0.05, false}};
+constexpr Configuration kConfigurations[] = {{"1% out, round", 0.01, true},  {"1% in, round", -0.01, true},
+                                             {"5% out, round", 0.05, true},  {"5% in, round", -0.05, true},
+                                             {"1% out, miter", 0.01, false}, {"1% in, miter", -0.01, false},
+                                             {"5% out, miter", 0.05, false}, {"5% in, miter", -0.05, false}};
 
 Path OurOffset(const Path& path, const Configuration& c) {
   Lumo::OffsetCorner* join = nullptr;
@@ -143,11 +144,14 @@ void Race(const std::vector<Path>& paths, const std::vector<ClipperLib::Paths>& 
     const double slack = 3 * kTolerance * (paths[k].GetLength() + 8 * std::fabs(c.share) * kSize) + 1e6;
     if (c.round && !(std::fabs(std::fabs(Area(result)) - std::fabs(area)) <= slack)) {
       ++differ;
-      if (list) std::printf("%s: path %zu: area %.0f, Clipper %.0f, slack %.0f\n", c.name, k, Area(result), area, slack);
+      if (list)
+        std::printf("%s: path %zu: area %.0f, Clipper %.0f, slack %.0f\n", c.name, k, Area(result), area,
+                    slack);
     }
   }
-  std::printf("%-14s Lumo %8.1f ms  Clipper %8.1f ms  %5.2f times; nodes %zu (source %zu) and %zu; differ %zu\n",
-              c.name, ours, theirs, theirs / ours, nodes, sourceNodes, peerNodes, differ);
+  std::printf(
+      "%-14s Lumo %8.1f ms  Clipper %8.1f ms  %5.2f times; nodes %zu (source %zu) and %zu; differ %zu\n",
+      c.name, ours, theirs, theirs / ours, nodes, sourceNodes, peerNodes, differ);
 }
 
 }  // namespace

@@ -22,11 +22,6 @@ constexpr double kSameEnd = 1e-11;
 constexpr double kWidestArcOfCircle = std::numbers::pi / 4;
 constexpr double kWidestArcOfEllipse = std::numbers::pi / 6;
 
-bool SameEnd(DPoint a, DPoint b) {
-  const double size = std::max({std::abs(a.x), std::abs(a.y), std::abs(b.x), std::abs(b.y)});
-  return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) <= kSameEnd * size;
-}
-
 /// The handle length for an arc of the unit circle of 0 < angle <= pi / 2 under which the cubic and the arc
 /// enclose the same area with the centre. With s = sin, c = cos of the angle the cubic's sector is
 ///   3/20 (4 h (1 - c) + 10/3 s - h^2 s),
@@ -43,6 +38,11 @@ double HandleOfArc(double angle) {
 }
 
 }  // namespace
+
+bool SameEnd(DPoint a, DPoint b, double times) {
+  const double size = std::max({std::abs(a.x), std::abs(a.y), std::abs(b.x), std::abs(b.y)});
+  return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) <= times * kSameEnd * size;
+}
 
 void PathBuilder::MoveTo(DPoint p) {
   current_ = start_ = p;

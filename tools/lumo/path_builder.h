@@ -10,6 +10,10 @@ namespace tool {
 
 using TavMath::DPoint;
 
+/// Whether two ends are so near, for their distance from the origin, that closing a subpath takes them as one
+/// point. `times` widens the limit.
+bool SameEnd(DPoint a, DPoint b, double times = 1);
+
 class PathBuilder {
  public:
   bool IsEmpty() const { return points_.empty(); }

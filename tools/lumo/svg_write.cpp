@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "input_error.h"
+#include "path_builder.h"
 
 namespace tool {
 
@@ -87,12 +88,17 @@ class PathDataWriter {
     const std::size_t n = curve ? 3 : 1;
     const std::size_t last = i + n - 1;
     const bool closes = closed_ && types_[last].IsClosed() && points_[last] == start_;
-    // Z draws the closing line itself; one without extent, as it is written, only straight after the M.
-    const bool drawn =
-        closes && i > 0 && (types_[i - 1].IsMove() || Written(points_[i - 1]) != Written(start_));
+    // Z draws the closing line itself; one that a reader would take for no line, only straight after the M.
+    const bool drawn = closes && i > 0 && (types_[i - 1].IsMove() || IsLine(points_[i - 1], start_));
     if (curve || !drawn) Command(curve ? 'C' : 'L', i, n);
     if (closes) text_ += 'Z';
     return n;
+  }
+
+  /// Whether the ends still differ as they are written, and by more than a reader may take for rounding.
+  bool IsLine(const DPoint& a, const DPoint& b) const {
+    constexpr double kMargin = 100;
+    return Written(a) != Written(b) && !SameEnd(a, b, kMargin);
   }
 
   void Command(char letter, std::size_t i, std::size_t n) {
