@@ -1,36 +1,36 @@
 // Unions of pairs of shapes, compared with Clipper on the same shapes flattened to 1/2400 of their size (its
-// flattening counted, as a drawing program would have to do it). Shapes are read from a file of SVG path
-// data, one path a line, absolute M, L, C and Z only; without a file, random self-crossing loops. Areas are
-// compared before times are believed.
-#include <chrono>
+// flattening counted, as a drawing program would have to do it). Shapes are the elements of SVG drawings;
+// without a drawing, random self-crossing loops. Areas are compared before times are believed.
+//
+//   peers_boolean [FILE.svg ...]    script/corpus fetches icons into build/corpus
 #include <cmath>
 #include <cstdio>
-#include <fstream>
+#include <ctime>
 #include <polyclipping/clipper.hpp>
-#include <string>
 #include <vector>
 
+#include "input_error.h"
 #include "lumo/boolean.h"
 #include "lumo/measure.h"
 #include "support/generators.h"
 #include "support/path_builder.h"
+#include "svg_read.h"
 
 namespace {
 
 using TavMath::DPoint;
 using Path = Lumo::PolycurveT<DPoint>;
-using Clock = std::chrono::steady_clock;
 
-double Microseconds(Clock::time_point since) {
-  return std::chrono::duration<double, std::micro>(Clock::now() - since).count();
-}
+/// Processor time of this program: what else the machine does counts for neither side.
+double Now() { return static_cast<double>(std::clock()) * 1e6 / CLOCKS_PER_SEC; }
+double Microseconds(double since) { return Now() - since; }
 
 double Size(const Path& path) {
   const auto box = path.GetLooseBBox();
   return std::fmax(box.maxx - box.minx, box.maxy - box.miny);
 }
 
-constexpr double kUnits = 1e6;  // Clipper's integers to a unit
+constexpr double kUnits = 1e3;  // Clipper's integers to a document unit
 
 ClipperLib::Paths Flatten(const Path& path, double tolerance) {
   ClipperLib::Paths out;
@@ -53,40 +53,43 @@ ClipperLib::Paths Flatten(const Path& path, double tolerance) {
   return out;
 }
 
-std::vector<Path> Load(const char* file) {
+std::vector<Path> Load(int files, char** names) {
   std::vector<Path> paths;
-  const auto add = [&](const test::DoublePath& p) {
-    paths.emplace_back(p.points.data(), p.types.data(), p.points.size());
-  };
-  if (file) {
-    std::ifstream in(file);
-    for (std::string line; std::getline(in, line);) {
-      if (!line.empty()) add(test::ParsePath<DPoint>(line));
+  for (int k = 0; k < files; ++k) {
+    try {
+      for (const tool::Element& element : tool::ReadSvg(names[k]).elements) {
+        if (Size(element.path) > 0) paths.push_back(element.path);
+      }
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "%s\n", error.what());
     }
-    return paths;
   }
+  if (files > 0) return paths;
   test::Bits bits(1);
   test::PathOptions options;
   options.open = options.loneMoves = options.degenerate = options.flags = false;
-  for (int k = 0; k < 2000; ++k) add(test::RandomPath<DPoint>(bits, options));
+  for (int k = 0; k < 2000; ++k) {
+    const auto p = test::RandomPath<DPoint>(bits, options);
+    paths.emplace_back(p.points.data(), p.types.data(), p.points.size());
+  }
   return paths;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<Path> paths = Load(argc > 1 ? argv[1] : nullptr);
+  const std::vector<Path> paths = Load(argc - 1, argv + 1);
   double lumo = 0, clipper = 0;
   std::size_t pairs = 0, lumoNodes = 0, clipperNodes = 0, differ = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     const Path &a = paths[i], &b = paths[(i * 7919 + 13) % paths.size()];
     if (a.IsEmpty() || b.IsEmpty()) continue;
     ++pairs;
-    auto start = Clock::now();
+    auto start = Now();
     const Path result = Lumo::Union(a, b);
     lumo += Microseconds(start);
     const double tolerance = std::fmax(Size(a), Size(b)) / 2400;
-    start = Clock::now();
+    start = Now();
     ClipperLib::Clipper peer;
     peer.AddPaths(Flatten(a, tolerance), ClipperLib::ptSubject, true);
     peer.AddPaths(Flatten(b, tolerance), ClipperLib::ptClip, true);

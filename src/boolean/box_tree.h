@@ -3,12 +3,17 @@
 // each, parents of a few nodes each. Built in O(n log n); finds all overlapping pairs in about O(n log n +
 // pairs).
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <vector>
 
 #include "boolean/arc.h"
 
 namespace Lumo::Planar {
+
+/// Up to so many boxes a sweep finds overlaps faster than a tree, which has to be built first.
+inline constexpr std::size_t kSweptBoxes = 192;
 
 class BoxTree {
  public:
@@ -117,6 +122,32 @@ void BoxTree::ForEachBelow(double x, double y, Visit&& visit) const {
 template <class Visit>
 void BoxTree::ForEachAt(double x, double y, Visit&& visit) const {
   Descend([&](const Box& box) { return box.Contains(x, y); }, visit);
+}
+
+/// Calls visit(i, j) once for every unordered pair of boxes that overlap or touch: a few boxes by a sweep in
+/// x, which costs less than a tree, and many by a tree.
+template <class Visit>
+void ForEachOverlap(const std::vector<Box>& boxes, Visit&& visit) {
+  if (boxes.size() > kSweptBoxes) {
+    BoxTree(boxes).ForEachPair(visit);
+    return;
+  }
+  struct Start {
+    double x;
+    int index;
+  };
+  std::array<Start, kSweptBoxes> starts;
+  const std::size_t n = boxes.size();
+  for (std::size_t i = 0; i < n; ++i) starts[i] = {boxes[i].minx, static_cast<int>(i)};
+  std::sort(starts.begin(), starts.begin() + static_cast<std::ptrdiff_t>(n),
+            [](const Start& a, const Start& b) { return a.x != b.x ? a.x < b.x : a.index < b.index; });
+  for (std::size_t i = 0; i < n; ++i) {
+    const Box& box = boxes[static_cast<std::size_t>(starts[i].index)];
+    for (std::size_t j = i + 1; j < n && starts[j].x <= box.maxx; ++j) {
+      const Box& other = boxes[static_cast<std::size_t>(starts[j].index)];
+      if (other.miny <= box.maxy && box.miny <= other.maxy) visit(starts[i].index, starts[j].index);
+    }
+  }
 }
 
 }  // namespace Lumo::Planar

@@ -62,6 +62,8 @@ class Collector {
                 last,
                 static_cast<int>(out_.segments.size()),
                 0,
+                static_cast<int>(out_.arcs.size()),
+                0,
                 flagged && view.points[first] == view.points[last],
                 !view.open || flagged};
     const int start = AddVertex(view.points[first], path, first);
@@ -77,6 +79,7 @@ class Collector {
     }
     if (sub.encloses && current_ != start) AddClosingLine(start);
     sub.lastSegment = static_cast<int>(out_.segments.size());
+    sub.lastArc = static_cast<int>(out_.arcs.size());
     if (sub.lastSegment > sub.firstSegment) out_.subpaths.push_back(sub);
   }
 

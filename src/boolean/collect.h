@@ -21,6 +21,7 @@ struct Subpath {
   int path;
   int first, last;                ///< Node range, both included.
   int firstSegment, lastSegment;  ///< Segment range, one past the end.
+  int firstArc, lastArc;          ///< Arc range, one past the end.
   bool closed;                    ///< Carries the closed flag and ends where it begins.
   bool encloses;                  ///< Contributes to winding.
 };

@@ -49,22 +49,25 @@ class Splitter {
         contact_(contact),
         sets_(collection.vertices.size()),
         pair_(contact),
-        thorough_(thorough) {
+        thorough_(thorough),
+        touched_(collection.subpaths.size(), false) {
     out_.vertices = collection.vertices;
   }
 
   EdgeSet Run() {
     MakeSteps();
     FoldDuplicates();
-    const BoxTree tree = MakeTree();
-    tree.ForEachPair([this](int i, int j) {
+    const std::vector<Box> boxes = LiveBoxes();
+    ForEachOverlap(boxes, [this](int i, int j) {
       const int a = live_[At(i)], b = live_[At(j)];
       Cross((std::min)(a, b), (std::max)(a, b));
     });
+    SetLoopsApart();
+    if (live_.empty()) return std::move(out_);
     SortCuts();
     if (thorough_) alongside_.assign(in_.arcs.size(), {0, 1});
     UniteAlongArcs();
-    if (!alongside_.empty()) AlignVertices(tree);
+    if (!alongside_.empty()) AlignVertices();
     MakePieces();
     Link();
     MergeCoincident();
@@ -91,23 +94,25 @@ class Splitter {
   /// Arcs that are equal bit for bit, in either direction, count as one: the first carries the steps of all.
   /// Exact copies are common, and n copies would have n^2 pairs. Arcs whose steps cancel drop out.
   void FoldDuplicates() {
-    std::vector<std::pair<std::uint64_t, int>> keys;
-    keys.reserve(in_.arcs.size());
-    for (std::size_t i = 0; i < in_.arcs.size(); ++i) {
-      keys.emplace_back(Fingerprint(in_.arcs[i].curve), static_cast<int>(i));
-    }
-    std::sort(keys.begin(), keys.end());
+    // Chains of arcs with the same bits of their fingerprint; the head of each chain is the latest.
+    const std::size_t slots = std::bit_ceil(in_.arcs.size() * 2 + 1);
+    std::vector<int> heads(slots, -1), chain(in_.arcs.size(), -1);
+    std::vector<char> folded;
     dead_.assign(in_.arcs.size(), false);
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-      const int first = keys[i].second;
-      if (dead_[At(first)]) continue;
-      bool folded = false;
-      for (std::size_t j = i + 1; j < keys.size() && keys[j].first == keys[i].first; ++j) {
-        if (!dead_[At(keys[j].second)]) folded |= Fold(first, keys[j].second);
+    for (int i = 0; i < static_cast<int>(in_.arcs.size()); ++i) {
+      int& head = heads[Fingerprint(in_.arcs[At(i)].curve) & (slots - 1)];
+      for (int j = head; j >= 0 && !dead_[At(i)]; j = chain[At(j)]) {
+        if (!Fold(j, i)) continue;
+        if (folded.empty()) folded.assign(in_.arcs.size(), false);
+        folded[At(j)] = true;
       }
-      if (folded && steps_[At(first)] == Winding{}) dead_[At(first)] = true;
+      if (dead_[At(i)]) continue;
+      chain[At(i)] = head;
+      head = i;
     }
+    live_.reserve(in_.arcs.size());
     for (std::size_t i = 0; i < in_.arcs.size(); ++i) {
+      if (!folded.empty() && folded[i] && steps_[i] == Winding{}) dead_[i] = true;
       if (!dead_[i]) live_.push_back(static_cast<int>(i));
     }
   }
@@ -119,7 +124,7 @@ class Splitter {
       return (bits(p.x) * 0x9E3779B97F4A7C15u) ^ (bits(p.y) * 0xC2B2AE3D27D4EB4Fu);
     };
     const std::uint64_t h = (mix(c.p[0]) + mix(c.p[3])) ^ ((mix(c.p[1]) + mix(c.p[2])) * 31);
-    return h ^ (h >> 29);
+    return h ^ (h >> 29) ^ (h >> 47);
   }
 
   bool Fold(int i, int j) {
@@ -133,12 +138,14 @@ class Splitter {
     if (!same && !reversed) return false;
     sets_.Unite(a.v0, same ? b.v0 : b.v1);
     sets_.Unite(a.v1, same ? b.v1 : b.v0);
+    Touch(i);
+    Touch(j);
     steps_[At(i)] = same ? steps_[At(i)] + steps_[At(j)] : steps_[At(i)] - steps_[At(j)];
     dead_[At(j)] = true;
     return true;
   }
 
-  BoxTree MakeTree() const {
+  std::vector<Box> LiveBoxes() const {
     std::vector<Box> boxes;
     boxes.reserve(live_.size());
     for (const int i : live_) {
@@ -147,10 +154,27 @@ class Splitter {
       box.Inflate(contact_, contact_);
       boxes.push_back(box);
     }
-    return BoxTree(std::move(boxes));
+    return boxes;
+  }
+
+  int SubpathOf(int arc) const { return in_.segments[At(in_.arcs[At(arc)].segment)].subpath; }
+  /// The arc's subpath meets something.
+  void Touch(int arc) { touched_[At(SubpathOf(arc))] = true; }
+
+  /// Subpaths that were not touched become loops; their arcs need no more attention.
+  void SetLoopsApart() {
+    for (const int i : live_) {
+      if (Tiny(in_.arcs[At(i)])) Touch(i);
+    }
+    for (std::size_t k = 0; k < touched_.size(); ++k) {
+      touched_[k] |= thorough_ || !in_.subpaths[k].encloses;
+      if (!touched_[k]) out_.loops.push_back(static_cast<int>(k));
+    }
+    if (!out_.loops.empty()) std::erase_if(live_, [this](int i) { return !touched_[At(SubpathOf(i))]; });
   }
 
   void MarkAlongside(int arc, double low, double high) {
+    Touch(arc);
     if (alongside_.empty()) alongside_.resize(in_.arcs.size());
     Interval& interval = alongside_[At(arc)];
     interval.low = (std::min)(interval.low, low);
@@ -158,7 +182,8 @@ class Splitter {
   }
 
   /// Where several arcs run side by side, a vertex that some of them share lies on the others too.
-  void AlignVertices(const BoxTree& tree) {
+  void AlignVertices() {
+    const BoxTree tree(LiveBoxes());
     looks_ = static_cast<std::int64_t>(kLooks * (in_.arcs.size() + cuts_.size()) + kLooksMore);
     for (int round = 0; round < kAlignRounds && CutAtNearVertices(tree); ++round) {
       PlaceCuts();
@@ -276,8 +301,11 @@ class Splitter {
     }
     for (const Contact& c : contacts_) {
       const int va = c.a == 0 ? a.v0 : c.a == 1 ? a.v1 : -1, vb = c.b == 0 ? b.v0 : c.b == 1 ? b.v1 : -1;
+      if (va >= 0 && va == vb) continue;  // neighbours, at their joint
+      Touch(i);
+      Touch(j);
       if (va >= 0 && vb >= 0) {
-        if (va != vb) sets_.Unite(va, vb);
+        sets_.Unite(va, vb);
       } else if (va >= 0) {
         cuts_.push_back({j, c.b, va});
       } else if (vb >= 0) {
@@ -473,6 +501,7 @@ class Splitter {
   std::vector<Cut> cuts_;
   std::vector<int> firstCut_;
   bool thorough_;
+  std::vector<char> touched_;        // of each subpath
   std::vector<Interval> alongside_;  // of each arc; empty when no arc has any
   std::vector<Winding> steps_;       // of each arc
   std::vector<char> dead_;           // arcs folded into an equal one

@@ -36,6 +36,8 @@ struct EdgeSet {
   std::vector<Vertex> vertices;
   std::vector<Edge> edges;
   std::vector<Rider> riders;
+  /// Subpaths that meet nothing, not even themselves: simple outlines by themselves, which need no edges.
+  std::vector<int> loops;
   /// Outgoing half-edges grouped by vertex: those of v are outgoing[first[v]] .. outgoing[first[v + 1] - 1].
   std::vector<int> first, outgoing;
 
@@ -47,7 +49,8 @@ struct EdgeSet {
 };
 
 /// Cuts, snaps and merges. `contact` is the contact distance of this attempt. `thorough`: every vertex is
-/// looked for on all arcs near it, not only where arcs were found to run side by side.
+/// looked for on all arcs near it, not only where arcs were found to run side by side, and no subpath is left
+/// out as a loop.
 ///
 /// Invariants of the result: no edge joins a vertex to itself; no two edges with the same ends run on top of
 /// one another; no edge has a zero step unless it is open; the steps round every vertex, those of incoming

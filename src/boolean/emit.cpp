@@ -10,20 +10,37 @@ std::size_t At(int i) { return static_cast<std::size_t>(i); }
 class OutlineEmitter {
  public:
   OutlineEmitter(const Collection& in, const EdgeSet& edges, const Outlines& outlines, Outcome& out)
-      : set_(edges), loops_(outlines), out_(out), writer_(in, edges, out) {}
+      : in_(in), set_(edges), loops_(outlines), out_(out), writer_(in, edges, out) {}
 
   void Run(Direction direction) {
     const bool turn = direction == Direction::clockwise || !MostRunForward();
     struct Ordered {
       int firstSegment, loop;
+      const Outlines::Whole* whole;
     };
     std::vector<Ordered> order;
-    for (int i = 0; i + 1 < static_cast<int>(loops_.first.size()); ++i) order.push_back({FirstSegment(i), i});
+    order.reserve(loops_.wholes.size() + loops_.first.size());
+    for (const Outlines::Whole& whole : loops_.wholes) {
+      order.push_back({in_.subpaths[At(whole.subpath)].firstSegment, -1, &whole});
+    }
+    for (int i = 0; i + 1 < static_cast<int>(loops_.first.size()); ++i) {
+      order.push_back({FirstSegment(i), i, nullptr});
+    }
     std::stable_sort(order.begin(), order.end(),
                      [](const Ordered& a, const Ordered& b) { return a.firstSegment < b.firstSegment; });
-    out_.points.reserve(loops_.halves.size() * 3 + order.size());
-    out_.types.reserve(out_.points.capacity());
+    std::size_t nodes = loops_.halves.size() * 3 + order.size();
+    for (const Outlines::Whole& whole : loops_.wholes) {
+      const Subpath& sub = in_.subpaths[At(whole.subpath)];
+      nodes += static_cast<std::size_t>(sub.last - sub.first + 2);
+    }
+    out_.points.reserve(nodes);
+    out_.types.reserve(nodes);
     for (const Ordered& o : order) {
+      if (o.whole) {
+        EmitWhole(o.whole->subpath, o.whole->forward != turn);
+        writer_.MarkLetter(o.firstSegment);
+        continue;
+      }
       Gather(o.loop, turn);
       StartAtAJoint();
       PieceWriter::JoinPieces(pieces_, [this](int v) { return MayJoin(v); });
@@ -37,7 +54,26 @@ class OutlineEmitter {
   bool MostRunForward() const {
     std::ptrdiff_t balance = 0;
     for (const int h : loops_.halves) balance += (h & 1) ? -1 : 1;
+    for (const Outlines::Whole& whole : loops_.wholes) {
+      const Subpath& sub = in_.subpaths[At(whole.subpath)];
+      balance += whole.forward ? sub.lastArc - sub.firstArc : sub.firstArc - sub.lastArc;
+    }
     return balance > 0;
+  }
+
+  /// A subpath that meets nothing: node for node if it is well formed, else segment for segment.
+  void EmitWhole(int subpath, bool forward) {
+    const Subpath& sub = in_.subpaths[At(subpath)];
+    if (writer_.CopySubpath(sub, forward)) return;
+    pieces_.clear();
+    for (int arc = sub.firstArc; arc < sub.lastArc;) {
+      const int segment = in_.arcs[At(arc)].segment, from = in_.arcs[At(arc)].v0;
+      while (arc + 1 < sub.lastArc && in_.arcs[At(arc + 1)].segment == segment) ++arc;
+      const int to = in_.arcs[At(arc++)].v1;
+      pieces_.push_back(forward ? Piece{segment, 0, 1, from, to} : Piece{segment, 1, 0, to, from});
+    }
+    if (!forward) std::reverse(pieces_.begin(), pieces_.end());
+    writer_.WriteClosed(pieces_);
   }
 
   int FirstSegment(int loop) const {
@@ -95,6 +131,7 @@ class OutlineEmitter {
     std::rotate(pieces_.begin(), pieces_.begin() + static_cast<std::ptrdiff_t>(best), pieces_.end());
   }
 
+  const Collection& in_;
   const EdgeSet& set_;
   const Outlines& loops_;
   Outcome& out_;

@@ -16,7 +16,7 @@ Outcome Run(const Request& request) {
     if (outcome.attempts > 2) contact *= kRetryFactor;
     EdgeSet edges = MakeEdges(collection, contact, outcome.attempts > 1);
     OrderRoundVertices(edges, contact);
-    const PlanarMap map = MakePlanarMap(edges, contact);
+    const PlanarMap map = MakePlanarMap(collection, edges, contact);
     if (!map.plane && outcome.attempts < kAttempts) continue;
     const Outlines outlines = TraceOutlines(edges, map, request.region);
     outcome.plane = map.plane && outlines.complete;

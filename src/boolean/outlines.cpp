@@ -10,6 +10,11 @@ class Tracer {
   Tracer(const EdgeSet& edges, const PlanarMap& map) : set_(edges), map_(map) {}
 
   Outlines Run(const Region& region) {
+    for (const Loop& loop : map_.loops) {
+      const bool left = region(loop.left);
+      if (left != region(loop.right)) out_.wholes.push_back({loop.subpath, left});
+    }
+    if (set_.edges.empty()) return std::move(out_);
     Select(region);
     place_.resize(set_.outgoing.size());
     for (std::size_t k = 0; k < set_.outgoing.size(); ++k) place_[At(set_.outgoing[k])] = static_cast<int>(k);

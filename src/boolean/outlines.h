@@ -47,8 +47,15 @@ inline constexpr unsigned kOnlyA = 0b1010, kUnion = 0b1110, kIntersection = 0b10
 /// Invariants: every loop passes each of its vertices once; every edge between the region and the rest lies
 /// on exactly one loop; loops may meet at vertices but do not cross there.
 struct Outlines {
+  /// A subpath that is an outline as it stands, or reversed.
+  struct Whole {
+    int subpath;
+    bool forward;
+  };
+
   std::vector<int> halves;
   std::vector<int> first;  ///< Loop i is halves[first[i]] .. halves[first[i + 1] - 1].
+  std::vector<Whole> wholes;
   /// At each vertex: how many selected edges meet.
   std::vector<int> degree;
   /// False when some selected edges could not be closed (the map was not plane); they are left out.

@@ -62,14 +62,18 @@ bool PieceWriter::IsClean(const Subpath& sub) const {
 bool PieceWriter::CopyWhole(const std::vector<Piece>& pieces) {
   const Subpath& sub = SubpathOf(pieces[0]);
   const int n = sub.lastSegment - sub.firstSegment;
-  if (static_cast<int>(pieces.size()) != n || (sub.encloses && !sub.closed)) return false;
+  if (static_cast<int>(pieces.size()) != n) return false;
   const bool forward = pieces[0].Forward();
   for (int k = 0; k < n; ++k) {
     const Piece& p = pieces[At(k)];
     if (!p.Whole() || p.Forward() != forward) return false;
     if (p.segment != (forward ? sub.firstSegment + k : sub.lastSegment - 1 - k)) return false;
   }
-  if (!IsClean(sub)) return false;
+  return CopySubpath(sub, forward);
+}
+
+bool PieceWriter::CopySubpath(const Subpath& sub, bool forward) {
+  if ((sub.encloses && !sub.closed) || !IsClean(sub)) return false;
   const PathView& path = in_.paths[At(sub.path)];
   start_ = out_.points.size();
   out_.points.insert(out_.points.end(), path.points + sub.first, path.points + sub.last + 1);

@@ -28,6 +28,9 @@ class PieceWriter {
   /// The subpath node for node when the pieces are all of its segments, in order; reversed when they run that
   /// way.
   bool CopyWhole(const std::vector<Piece>& pieces);
+  /// The same when it is known that all of the subpath's segments are wanted. False, and nothing written,
+  /// when its nodes cannot be copied as they are.
+  bool CopySubpath(const Subpath& sub, bool forward);
   void WriteClosed(const std::vector<Piece>& pieces);
   void WriteOpen(const std::vector<Piece>& pieces);
   /// The last subpath written came from this segment: it carries its letter's flag if it is the first that

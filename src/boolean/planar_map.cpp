@@ -11,32 +11,46 @@ Winding Negated(Winding w) { return Winding{} - w; }
 
 class MapBuilder {
  public:
-  MapBuilder(const EdgeSet& edges, double contact) : set_(edges), contact_(contact) {}
+  MapBuilder(const Collection& collection, const EdgeSet& edges, double contact)
+      : in_(collection), set_(edges), contact_(contact) {}
 
   PlanarMap Run() {
-    LinkFaces();
-    LabelFaces();
-    part_.assign(At(faces_), -1);
-    counted_.assign(set_.vertices.size(), false);
-    map_.winding.resize(At(faces_));
-    for (int f = 0; f < faces_; ++f) {
-      if (part_[At(f)] < 0) SpreadFrom(f);
+    if (!set_.edges.empty()) {
+      LinkFaces();
+      LabelFaces();
+      part_.assign(At(faces_), -1);
+      counted_.assign(set_.vertices.size(), false);
+      map_.winding.resize(At(faces_));
+      for (int f = 0; f < faces_; ++f) {
+        if (part_[At(f)] < 0) SpreadFrom(f);
+      }
     }
-    if (parts_.size() > 1) PlaceParts();
+    for (const int subpath : set_.loops) AddLoop(subpath);
+    if (bodies_.size() > 1) PlaceBodies();
     for (int f = 0; f < faces_; ++f) {
-      map_.winding[At(f)] = map_.winding[At(f)] + parts_[At(part_[At(f)])].shift;
+      map_.winding[At(f)] = map_.winding[At(f)] + bodies_[At(part_[At(f)])].shift;
+    }
+    const std::size_t parts = bodies_.size() - set_.loops.size();
+    for (std::size_t k = 0; k < map_.loops.size(); ++k) {
+      Loop& loop = map_.loops[k];
+      loop.left = loop.left + bodies_[parts + k].shift;
+      loop.right = loop.right + bodies_[parts + k].shift;
     }
     return std::move(map_);
   }
 
  private:
-  /// A connected part of the drawing.
+  /// What is connected in itself and meets nothing else: a part of the map, or a loop.
+  struct Body {
+    int subpath = -1;  // of a loop
+    DPoint leftmost;
+    Box box;
+    Winding shift;  // what to add to the windings found relative to the body's own outside or first face
+  };
+  /// A connected part of the map, while it is counted.
   struct Part {
     int vertices = 0, edges = 0, faces = 0;
     int leftmost = -1;
-    Box box;
-    Winding shift;  // what to add to the windings found relative to the part's first face
-    Winding outer;  // of the outer face, before the shift
   };
 
   /// The half-edge after h along the face on its left: the first one clockwise from h's twin at h's end.
@@ -67,9 +81,9 @@ class MapBuilder {
 
   /// Windings of a connected part relative to its face f, and what is needed to place the part.
   void SpreadFrom(int f) {
-    const int id = static_cast<int>(parts_.size());
-    parts_.emplace_back();
-    Part& part = parts_.back();
+    const int id = static_cast<int>(bodies_.size());
+    Body& body = bodies_.emplace_back();
+    Part part;
     part_[At(f)] = id;
     stack_.assign(1, f);
     while (!stack_.empty()) {
@@ -78,7 +92,7 @@ class MapBuilder {
       ++part.faces;
       int h = halfOf_[At(g)];
       do {
-        Visit(part, h);
+        Visit(part, body, h);
         const int other = map_.face[At(h ^ 1)];
         const Winding w = map_.winding[At(g)] - Step(h);
         if (part_[At(other)] < 0) {
@@ -92,14 +106,14 @@ class MapBuilder {
       } while (h != halfOf_[At(g)]);
     }
     if (part.vertices - part.edges + part.faces != 2) map_.plane = false;
-    part.outer = map_.winding[At(OuterFace(part.leftmost))];
-    part.shift = Negated(part.outer);
+    body.leftmost = set_.vertices[At(part.leftmost)].p;
+    body.shift = Negated(map_.winding[At(OuterFace(part.leftmost))]);
   }
 
-  void Visit(Part& part, int half) {
+  void Visit(Part& part, Body& body, int half) {
     if ((half & 1) == 0) {
       ++part.edges;
-      part.box.Add(HullBox(set_.edges[At(half >> 1)].curve));
+      body.box.Add(HullBox(set_.edges[At(half >> 1)].curve));
     }
     const int v = set_.From(half);
     if (counted_[At(v)]) return;
@@ -144,56 +158,113 @@ class MapBuilder {
 
   double SignedArea(int half) const {
     const Curve& c = set_.edges[At(half >> 1)].curve;
-    double area = 0;
-    const DPoint origin = c.p[0];
-    constexpr int kPieces = 16;
-    DPoint p = origin;
-    for (int i = 1; i <= kPieces; ++i) {
-      const DPoint q = Evaluate(c, i / double{kPieces});
-      area += TavMath::Cross(p - origin, q - origin);
-      p = q;
-    }
-    area += TavMath::Cross(TavMath::AsVector(c.p[0]), TavMath::AsVector(c.p[3]));
+    const double area = ChordArea(c, {0, 0}) + (c.line ? 0 : BulgeArea(c));
     return (half & 1) ? -area : area;
   }
 
-  /// Adds to each part the winding that the other parts give to its leftmost point, by a ray downwards.
-  void PlaceParts() {
-    constexpr std::size_t kFew = 8;
-    bool nested = parts_.size() > kFew;
-    for (std::size_t i = 0; i < parts_.size() && !nested; ++i) {
-      for (std::size_t j = i + 1; j < parts_.size(); ++j) nested |= parts_[i].box.Overlaps(parts_[j].box);
+  /// Twice the signed area between a curve's chord and a point, and between the curve and its chord (Green's
+  /// theorem over the Bernstein form); positive to the left.
+  static double ChordArea(const Curve& c, const DPoint& from) {
+    return TavMath::Cross(c.p[0] - from, c.p[3] - from);
+  }
+  static double BulgeArea(const Curve& c) {
+    const DVector u = c.p[1] - c.p[0], v = c.p[2] - c.p[0], w = c.p[3] - c.p[0];
+    return 0.3 * TavMath::Cross(u, v) + 0.3 * TavMath::Cross(u, w) + 0.6 * TavMath::Cross(v, w);
+  }
+
+  void AddLoop(int subpath) {
+    const Subpath& sub = in_.subpaths[At(subpath)];
+    Body& body = bodies_.emplace_back();
+    body.subpath = subpath;
+    body.leftmost = in_.arcs[At(sub.firstArc)].curve.p[0];
+    double area = 0;
+    for (int k = sub.firstArc; k < sub.lastArc; ++k) {
+      const Curve& c = in_.arcs[At(k)].curve;
+      const DPoint& p = c.p[0];
+      body.box.Add(p.x, p.y);  // arcs are monotone
+      if (p.x < body.leftmost.x || (p.x == body.leftmost.x && p.y < body.leftmost.y)) body.leftmost = p;
+      area += ChordArea(c, in_.arcs[At(sub.firstArc)].curve.p[0]);
+      if (!c.line) area += BulgeArea(c);
     }
-    if (!nested) return;
-    std::vector<Box> boxes;
-    boxes.reserve(set_.edges.size());
-    for (const Edge& e : set_.edges) boxes.push_back(HullBox(e.curve));
-    const BoxTree tree(std::move(boxes));
-    std::vector<Box> partBoxes;
-    for (const Part& part : parts_) partBoxes.push_back(part.box);
-    const BoxTree partBoxTree(std::move(partBoxes));
-    for (std::size_t i = 0; i < parts_.size(); ++i) {
-      const DPoint p = set_.vertices[At(parts_[i].leftmost)].p;
-      bool inside = false;
-      partBoxTree.ForEachBelow(p.x, p.y,
-                               [&](int k) { inside |= At(k) != i && parts_[At(k)].box.maxy >= p.y; });
-      if (!inside) continue;
-      Winding sum;
-      tree.ForEachBelow(p.x, p.y, [&](int e) {
-        if (At(part_[At(map_.face[At(2 * e)])]) != i) sum = sum + Passed(set_.edges[At(e)], p);
-      });
-      parts_[i].shift = parts_[i].shift + sum;
+    const Winding step = StepOf(subpath);
+    const bool insideLeft = area > 0;
+    map_.loops.push_back({subpath, insideLeft ? step : Winding{}, insideLeft ? Winding{} : Negated(step)});
+  }
+
+  Winding StepOf(int subpath) const {
+    return in_.paths[At(in_.subpaths[At(subpath)].path)].operand == 0 ? Winding{1, 0} : Winding{0, 1};
+  }
+
+  /// Adds to each body the winding that the others give to its leftmost point, by a ray downwards. Only a
+  /// body whose box holds the point can give any.
+  void PlaceBodies() {
+    constexpr std::size_t kFew = 12;
+    if (bodies_.size() > kFew) return PlaceManyBodies();
+    for (Body& body : bodies_) {
+      for (std::size_t k = 0; k < bodies_.size(); ++k) {
+        const Body& other = bodies_[k];
+        if (&other == &body || !other.box.Contains(body.leftmost.x, body.leftmost.y)) continue;
+        if (other.subpath >= 0) {
+          const Subpath& sub = in_.subpaths[At(other.subpath)];
+          for (int i = sub.firstArc; i < sub.lastArc; ++i) {
+            body.shift = body.shift + Passed(in_.arcs[At(i)].curve, StepOf(other.subpath), body.leftmost);
+          }
+        } else {
+          for (std::size_t e = 0; e < set_.edges.size(); ++e) {
+            if (part_[At(map_.face[2 * e])] != static_cast<int>(k)) continue;
+            body.shift = body.shift + Passed(set_.edges[e].curve, set_.edges[e].step, body.leftmost);
+          }
+        }
+      }
     }
   }
 
-  /// What a downward ray from p gains at the edge. Edges are monotone in x, and span their left end but not
-  /// the right.
-  static Winding Passed(const Edge& e, const DPoint& p) {
-    const double x0 = e.curve.p[0].x, x1 = e.curve.p[3].x;
+  void PlaceManyBodies() {
+    // The curves of all bodies: first the edges, then the arcs of loops.
+    struct Owned {
+      const Curve* curve;
+      Winding step;
+      int body;
+    };
+    std::vector<Owned> curves;
+    for (std::size_t e = 0; e < set_.edges.size(); ++e) {
+      curves.push_back({&set_.edges[e].curve, set_.edges[e].step, part_[At(map_.face[2 * e])]});
+    }
+    std::vector<Box> bodyBoxes;
+    for (std::size_t k = 0; k < bodies_.size(); ++k) {
+      bodyBoxes.push_back(bodies_[k].box);
+      if (bodies_[k].subpath < 0) continue;
+      const Subpath& sub = in_.subpaths[At(bodies_[k].subpath)];
+      for (int i = sub.firstArc; i < sub.lastArc; ++i) {
+        curves.push_back({&in_.arcs[At(i)].curve, StepOf(bodies_[k].subpath), static_cast<int>(k)});
+      }
+    }
+    std::vector<Box> boxes;
+    boxes.reserve(curves.size());
+    for (const Owned& owned : curves) boxes.push_back(HullBox(*owned.curve));
+    const BoxTree tree(std::move(boxes)), bodyTree(std::move(bodyBoxes));
+    for (std::size_t k = 0; k < bodies_.size(); ++k) {
+      const DPoint p = bodies_[k].leftmost;
+      bool inside = false;
+      bodyTree.ForEachAt(p.x, p.y, [&](int other) { inside |= At(other) != k; });
+      if (!inside) continue;
+      Winding sum;
+      tree.ForEachBelow(p.x, p.y, [&](int i) {
+        const Owned& owned = curves[At(i)];
+        if (At(owned.body) != k) sum = sum + Passed(*owned.curve, owned.step, p);
+      });
+      bodies_[k].shift = bodies_[k].shift + sum;
+    }
+  }
+
+  /// What a downward ray from p gains at a curve that is monotone in x: it spans its left end but not the
+  /// right.
+  static Winding Passed(const Curve& c, Winding step, const DPoint& p) {
+    const double x0 = c.p[0].x, x1 = c.p[3].x;
     const bool forward = x0 <= p.x && p.x < x1, backward = x1 <= p.x && p.x < x0;
     if (!forward && !backward) return {};
-    if (HeightAt(e.curve, p.x) >= p.y) return {};
-    return forward ? e.step : Negated(e.step);
+    if (HeightAt(c, p.x) >= p.y) return {};
+    return forward ? step : Negated(step);
   }
 
   static double HeightAt(const Curve& c, double x) {
@@ -213,17 +284,20 @@ class MapBuilder {
     return Evaluate(c, t).y;
   }
 
+  const Collection& in_;
   const EdgeSet& set_;
   double contact_;
   PlanarMap map_;
   int faces_ = 0;
   std::vector<int> next_, halfOf_, part_, stack_;
   std::vector<char> counted_;
-  std::vector<Part> parts_;
+  std::vector<Body> bodies_;  // parts, then loops
 };
 
 }  // namespace
 
-PlanarMap MakePlanarMap(const EdgeSet& edges, double contact) { return MapBuilder(edges, contact).Run(); }
+PlanarMap MakePlanarMap(const Collection& collection, const EdgeSet& edges, double contact) {
+  return MapBuilder(collection, edges, contact).Run();
+}
 
 }  // namespace Lumo::Planar

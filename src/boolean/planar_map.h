@@ -8,6 +8,12 @@
 
 namespace Lumo::Planar {
 
+/// A subpath that meets nothing, and the windings on both its sides as it runs.
+struct Loop {
+  int subpath;
+  Winding left, right;
+};
+
 /// Faces to the left of half-edges.
 ///
 /// Invariants when `plane` is true: the orders round the vertices are those of a drawing without crossings
@@ -16,6 +22,7 @@ namespace Lumo::Planar {
 struct PlanarMap {
   std::vector<int> face;         ///< Of each half-edge.
   std::vector<Winding> winding;  ///< Of each face.
+  std::vector<Loop> loops;       ///< Of EdgeSet::loops, in that order.
   bool plane = true;
 };
 
@@ -23,6 +30,6 @@ struct PlanarMap {
 void OrderRoundVertices(EdgeSet& edges, double contact);
 
 /// Needs ordered vertices.
-PlanarMap MakePlanarMap(const EdgeSet& edges, double contact);
+PlanarMap MakePlanarMap(const Collection& collection, const EdgeSet& edges, double contact);
 
 }  // namespace Lumo::Planar

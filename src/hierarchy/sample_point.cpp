@@ -118,13 +118,19 @@ class Scan {
     };
     const bool up = height(t0) < y;
     if (up == (height(t1) < y)) return;
-    // Bisection down to neighbouring doubles: at most 64 halvings, and it never leaves the bracket.
-    for (int k = 0; k < 64; ++k) {
-      const double middle = 0.5 * (t0 + t1);
-      if (middle <= t0 || middle >= t1) break;
-      ((height(middle) < y) == up ? t0 : t1) = middle;
+    // Newton's method inside a bracket that shrinks at every step; halving where it would leave the bracket.
+    double t = 0.5 * (t0 + t1);
+    for (int k = 0; k < hierarchy::kCrossingSteps; ++k) {
+      const double off = height(t) - y;
+      ((off < 0) == up ? t0 : t1) = t;
+      const double slope = TavMath::CubicBezier::Derivative(cubic, t).y;
+      double next = t - off / slope;
+      if (!(next > t0 && next < t1)) next = 0.5 * (t0 + t1);
+      const double move = std::abs(next - t);
+      t = next;
+      if (move <= hierarchy::kCrossingSettled) break;
     }
-    crossings_.push_back({TavMath::CubicBezier::Evaluate(cubic, t1).x, up ? 1 : -1});
+    crossings_.push_back({TavMath::CubicBezier::Evaluate(cubic, t).x, up ? 1 : -1});
   }
 
   const T* points_;

@@ -15,4 +15,10 @@ inline constexpr long long kMaxGridWork = 4'000'000;
 /// strictly inside. Ratio; a few times the error of a crossing computed in doubles.
 inline constexpr double kOnOutlineRatio = 1e-12;
 
+/// Steps towards a crossing of a line with a monotone part of a curve: Newton takes some five, and halving
+/// alone would reach neighbouring parameters after that many. Count.
+inline constexpr int kCrossingSteps = 64;
+/// A step this short ends the search: Newton's next one is below the rounding of the parameter. Parameter.
+inline constexpr double kCrossingSettled = 1e-12;
+
 }  // namespace Lumo::hierarchy

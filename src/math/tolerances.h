@@ -174,6 +174,9 @@ inline constexpr double kFitSafety = 0.97;
 inline constexpr double kFitRoundingRelative = 1e-13;
 /// Gauss-Newton steps; four are usual.
 inline constexpr int kFitIterations = 10;
+/// A fit that is to be within a tolerance, and not the best one, is good enough at this share of it: most
+/// pieces of a drawing then need no step at all.
+inline constexpr double kFitEnough = 0.2;
 /// The handles have settled when the last step moved the curve by less than this share of its error.
 inline constexpr double kFitSettled = 0.1;
 /// Damping against the mean square sensitivity (at most 0.2): handles along the curve have no effect on it,

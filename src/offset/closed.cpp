@@ -144,12 +144,21 @@ bool OffsetConvex(OwnedPath outline, const OffsetSettings& settings, OwnedPath& 
 }  // namespace
 
 void RemoveCracks(OwnedPath& path, double tolerance) {
-  OwnedPath kept;
-  for (const Range& range : Subpaths(path.nodes.data(), path.Count())) {
+  const std::vector<Range> ranges = Subpaths(path.nodes.data(), path.Count());
+  const auto isCrack = [&](const Range& range) {
     const Source source = SourceOf(path, range);
-    const double area = std::abs(AreaOf(path, range)),
-                 length = GetLength(source.points, source.nodes, source.count);
-    if (area > kCrackShare * tolerance * length) kept.Append(source.points, source.nodes, source.count);
+    const double least = std::abs(AreaOf(path, range)) / (kCrackShare * tolerance);
+    // The control polygon is longer than the outline, and nearly always tells enough.
+    double polygon = 0;
+    for (int k = 1; k < source.count; ++k)
+      polygon += TavMath::Distance(source.points[k - 1], source.points[k]);
+    return !(least > polygon) && !(least > GetLength(source.points, source.nodes, source.count));
+  };
+  if (std::none_of(ranges.begin(), ranges.end(), isCrack)) return;
+  OwnedPath kept;
+  for (const Range& range : ranges) {
+    const Source source = SourceOf(path, range);
+    if (!isCrack(range)) kept.Append(source.points, source.nodes, source.count);
   }
   path = std::move(kept);
 }

@@ -18,15 +18,6 @@ void RoundToWholeUnits(OwnedPath& path) {
 
 namespace {
 
-TavMath::BoundsT<double> BoxOf(const OwnedPath& path, const Range& range) {
-  TavMath::BoundsT<double> box;
-  for (int k = range.first; k < range.end; ++k) {
-    const DPoint& p = path.points[static_cast<std::size_t>(k)];
-    box.Add(p.x, p.y);
-  }
-  return box;
-}
-
 bool UniteAll(OwnedPath& path, const OwnedPath& added) {
   OwnedPath result;
   if (!Planar::UniteGroups({path.points.data(), path.nodes.data(), path.Count()},
@@ -39,21 +30,13 @@ bool UniteAll(OwnedPath& path, const OwnedPath& added) {
 
 }  // namespace
 
-bool Unite(OwnedPath& path, const OwnedPath& added) {
-  if (added.IsEmpty()) return true;
-  // Outlines away from everything that is added stay as they are.
-  const TavMath::BoundsT<double> box = BoxOf(added, {0, added.Count()});
-  OwnedPath touched, apart;
-  for (const Range& range : Subpaths(path.nodes.data(), path.Count()))
-    (BoxOf(path, range).Overlaps(box) ? touched : apart)
-        .Append(path.points.data() + range.first, path.nodes.data() + range.first, range.end - range.first);
-  if (touched.IsEmpty()) {
-    path.Append(added);
-    return true;
-  }
-  if (!UniteAll(touched, added)) return false;
-  apart.Append(touched);
-  path = std::move(apart);
+bool Unite(OwnedPath& bodies) {
+  // Every body winds its ground by one and nothing else, so where the sum is positive is the union.
+  OwnedPath result;
+  if (!Planar::KeepByWinding({bodies.points.data(), bodies.nodes.data(), bodies.Count()},
+                             Planar::WindingRule::positive, result.points, result.nodes))
+    return false;
+  bodies = std::move(result);
   return true;
 }
 

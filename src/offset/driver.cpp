@@ -1,6 +1,7 @@
 // The road of one offset: the containment tree says which outlines are offset, each is offset by itself, and
 // closed results of the same standing are united.
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -20,18 +21,30 @@ namespace {
 struct Level {
   OwnedPath closed;
   OwnedPath open;
+  int bodies = 0;  ///< results in `closed`, each clean in itself
 };
 
 class Driver {
  public:
   explicit Driver(const OffsetSettings& settings) : settings_(settings) {}
 
+  /// A path of one subpath, which needs no tree: an outer outline, or an open one in a group of its own.
+  bool RunAlone(const DPoint* points, const NODETYPE* nodes, int count) {
+    if (settings_.OffsetInwards()) return true;
+    Level result;
+    if (!RunSubpath(points, nodes, count, result)) return false;
+    Level& level = At(0);
+    level.open = std::move(result.open);
+    Merge(level, std::move(result.closed));
+    return true;
+  }
+
   bool Run(const SubpathTreeNode& root) {
     for (std::size_t k = 0; k < root.GetNumberOfChildren(); ++k) {
       const SubpathTreeNode& node = root.GetChild(k);
       if (!(settings_.OffsetInwards() ? RunHoles(node) : RunNested(node, 0))) return false;
     }
-    return true;
+    return Combine();
   }
 
   void AppendTo(std::vector<DPoint>& points, std::vector<NODETYPE>& nodes) const {
@@ -72,47 +85,41 @@ class Driver {
 
   /// All subpaths of one node: its own, or the open ones of a group.
   bool RunNode(const SubpathTreeNode& node, std::size_t depth) {
-    Level result;
-    bool first = true;
     const auto run = [&](const SubpathTreeNode& subpath) {
       Level one;
-      if (!RunSubpath(subpath, one)) return false;
-      result.open.Append(one.open);
-      if (!Merge(result.closed, std::move(one.closed), first)) return false;
-      first = first && result.closed.IsEmpty();
+      if (!RunSubpath(subpath.GetPoints(), subpath.GetNodes(), subpath.GetNumberOfPoints(), one))
+        return false;
+      Level& level = At(depth);
+      level.open.Append(one.open);
+      Merge(level, std::move(one.closed));
       return true;
     };
-    if (node.GetNodes() != nullptr) {
-      if (!run(node)) return false;
-    } else {
-      for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k)
-        if (!run(node.GetChild(k))) return false;
-    }
-    Level& level = At(depth);
-    level.open.Append(result.open);
-    // Outlines that only shrink stay apart when they were; holes have no order among the outer outlines.
-    return Merge(level.closed, std::move(result.closed), level.closed.IsEmpty());
+    if (node.GetNodes() != nullptr) return run(node);
+    for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k)
+      if (!run(node.GetChild(k))) return false;
+    return true;
   }
 
-  /// Adds closed outlines to others, united when the settings ask for it: on whole units, so that shapes that
-  /// touch do so exactly.
-  bool Merge(OwnedPath& into, OwnedPath added, bool isFirst) {
-    if (!IsCombining() || added.IsEmpty()) {
-      into.Append(added);
-      return true;
-    }
-    RoundToWholeUnits(added);
-    if (isFirst) {
-      into = std::move(added);
-      return true;
-    }
-    RoundToWholeUnits(into);
-    return Unite(into, added);
+  /// Adds closed outlines to others of the same standing. When the settings ask for it they will be united:
+  /// on whole units, so that shapes that touch do so exactly.
+  void Merge(Level& level, OwnedPath added) const {
+    if (added.IsEmpty()) return;
+    if (IsCombining()) RoundToWholeUnits(added);
+    level.closed.Append(added);
+    ++level.bodies;
   }
 
-  bool RunSubpath(const SubpathTreeNode& node, Level& out) {
-    const OwnedPath subpath = PrepareSubpath(node.GetPoints(), node.GetNodes(), node.GetNumberOfPoints(),
-                                             settings_.RepairSettings());
+  /// One union for all bodies of a level; a single body is clean as it is.
+  bool Combine() {
+    if (!IsCombining()) return true;
+    for (Level& level : levels_) {
+      if (level.bodies > 1 && !Unite(level.closed)) return false;
+    }
+    return true;
+  }
+
+  bool RunSubpath(const DPoint* points, const NODETYPE* nodes, int count, Level& out) {
+    const OwnedPath subpath = PrepareSubpath(points, nodes, count, settings_.RepairSettings());
     if (subpath.IsEmpty()) return true;
     if (subpath.nodes.front().IsClosed()) return OffsetGround(subpath, settings_, out.closed);
     return RunOpen(subpath, out);
@@ -152,9 +159,12 @@ bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const Of
   // other.
   std::vector<NODETYPE> types(nodes, nodes + count);
   for (NODETYPE& type : types) type.Set(NODETYPE::kLetter, false);
-  const SubpathHierarchy hierarchy(points, types.data(), count, true);
   Driver driver(settings);
-  if (!driver.Run(hierarchy)) return false;
+  const bool alone =
+      std::none_of(types.begin() + 1, types.end(), [](NODETYPE type) { return type.IsMove(); });
+  const bool done = alone ? driver.RunAlone(points, types.data(), count)
+                          : driver.Run(SubpathHierarchy(points, types.data(), count, true));
+  if (!done) return false;
   driver.AppendTo(outPoints, outNodes);
   return true;
 }

@@ -1,6 +1,8 @@
 // Invariants of the stages between collecting and writing, over random and degenerate shapes.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "boolean/box_tree.h"
 #include "boolean/outlines.h"
 #include "boolean/shapes.h"
@@ -22,7 +24,7 @@ Stages RunStages(const test::DoublePath& path) {
   s.collection = Collect({{path.points.data(), path.types.data(), path.count(), 0}});
   s.edges = MakeEdges(s.collection, kContact, false);
   OrderRoundVertices(s.edges, kContact);
-  s.map = MakePlanarMap(s.edges, kContact);
+  s.map = MakePlanarMap(s.collection, s.edges, kContact);
   return s;
 }
 
@@ -115,19 +117,56 @@ TEST(Stages, KeepTheirInvariants) {
   EXPECT_GE(plane, 295);  // the rest is for further attempts
 }
 
-TEST(PlanarMap, KnowsWhichPartsLieInsideOthers) {
+TEST(PlanarMap, KnowsWhichLoopsLieInsideOthers) {
   // Three rings inside one another, the middle one turned the other way, and one beside them.
   const auto path = test::ParsePath<DPoint>(
       "M0 0 L90 0 L90 90 L0 90 Z M10 10 L10 80 L80 80 L80 10 Z M20 20 L70 20 L70 70 L20 70 Z M100 0 L110 0 "
       "L110 10 Z");
   const Stages s = RunStages(path);
   ASSERT_TRUE(s.map.plane);
-  std::vector<int> inner;
-  for (std::size_t e = 0; e < s.edges.edges.size(); ++e) {
-    inner.push_back(s.map.winding[static_cast<std::size_t>(s.map.face[2 * e])].a);
+  EXPECT_TRUE(s.edges.edges.empty());
+  std::vector<std::pair<int, int>> sides;
+  for (const Loop& loop : s.map.loops) sides.emplace_back(loop.left.a, loop.right.a);
+  EXPECT_EQ(sides, (std::vector<std::pair<int, int>>{{1, 0}, {1, 0}, {1, 0}, {1, 0}}));
+}
+
+TEST(PlanarMap, PlacesLoopsAndPartsInsideEachOther) {
+  // A ring round a bow tie whose left wing holds a triangle and whose right wing, wound the other way, holds
+  // another; n copies side by side are placed by the few and by the many.
+  for (const int n : {1, 30}) {
+    std::ostringstream text;
+    for (int k = 0; k < n; ++k) {
+      const auto add = [&](std::initializer_list<std::pair<int, int>> corners) {
+        char letter = 'M';
+        for (const auto& [x, y] : corners) {
+          text << letter << x + 200 * k << ' ' << y;
+          letter = 'L';
+        }
+        text << 'Z';
+      };
+      add({{0, 0}, {100, 0}, {100, 60}, {0, 60}});
+      add({{10, 10}, {90, 50}, {90, 10}, {10, 50}});
+      add({{14, 28}, {20, 28}, {20, 32}});
+      add({{80, 28}, {86, 28}, {86, 32}});
+    }
+    const Stages s = RunStages(test::ParsePath<DPoint>(text.str()));
+    ASSERT_TRUE(s.map.plane);
+    ASSERT_EQ(s.map.loops.size(), static_cast<std::size_t>(3 * n));
+    for (int k = 0; k < n; ++k) {
+      const auto loop = [&](int i) { return s.map.loops[static_cast<std::size_t>(3 * k + i)]; };
+      EXPECT_EQ(loop(0).left.a, 1);
+      EXPECT_EQ(loop(0).right.a, 0);
+      // One wing adds one to the ring's winding, the other takes one away.
+      EXPECT_EQ(loop(1).right.a + loop(2).right.a, 2);
+      EXPECT_EQ(std::abs(loop(1).right.a - loop(2).right.a), 2);
+      EXPECT_EQ(loop(1).left.a, loop(1).right.a + 1);
+    }
+    std::vector<int> faces;
+    for (const Winding& w : s.map.winding) faces.push_back(w.a);
+    std::sort(faces.begin(), faces.end());
+    EXPECT_EQ(faces.front(), 0);
+    EXPECT_EQ(faces.back(), 2);
   }
-  EXPECT_EQ(inner, (std::vector<int>{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}));
-  EXPECT_EQ(s.map.winding[static_cast<std::size_t>(s.map.face[2 * 4 + 1])].a, 0);  // inside the turned ring
 }
 
 }  // namespace

@@ -217,7 +217,10 @@ class PieceFitter {
   bool Stretch(double from, double to) {
     samples_.Build(curve_, from, to);
     const int parts = 1 + static_cast<int>(samples_.totalTurn / kFitMaxTurn);
-    if (parts == 1) return Part(from, to, 0);
+    if (parts == 1) {
+      const ParallelFit fit = FitSamples(curve_, target_, samples_, kFitEnough * target_);
+      return fit.error <= target_ ? Add(fit) : Part(from, to, 0);
+    }
     std::vector<double> ends;
     for (int k = 1; k < parts; ++k) ends.push_back(samples_.AtTurn(static_cast<double>(k) / parts));
     ends.push_back(to);
@@ -231,7 +234,7 @@ class PieceFitter {
  private:
   bool Part(double from, double to, int depth) {
     for (int k = 0; k < kPieceSplits; ++k) {
-      const ParallelFit fit = FitParallel(curve_, from, to, target_, samples_);
+      const ParallelFit fit = FitParallel(curve_, from, to, target_, samples_, kFitEnough * target_);
       if (fit.error <= target_) return Add(fit);
       if (depth > kPieceDepth) return false;
       SplitResult split;
@@ -263,12 +266,14 @@ class PieceFitter {
 bool OffsetCubicPieces(const DPoint bezier[4], double offset, double tolerance, double cuspShare,
                        std::vector<Cubic>& out) {
   const ParallelCurve curve(bezier, offset);
-  if (!curve.IsUsable() || !(tolerance >= 0) || curve.SourceCusps().count > 0) return false;
+  if (!curve.IsUsable() || !(tolerance >= 0)) return false;
+  if (!curve.IsSurelySmooth() && curve.SourceCusps().count > 0) return false;
   if (curve.IsStraight()) {
     Translate(bezier, offset * LeftNormal(curve.At(0).tangent), out.emplace_back().data());
     return true;
   }
-  const CuspList cusps = curve.Cusps();
+  CuspList cusps;
+  if (!curve.IsSurelySmooth()) cusps = curve.Cusps();
   const std::size_t before = out.size();
   PieceFitter fitter(curve, Target(curve, cusps.count > 0 ? cuspShare * tolerance : tolerance), out);
   double from = 0;

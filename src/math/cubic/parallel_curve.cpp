@@ -60,16 +60,16 @@ double Bisect(const F& f, double a, double b) {
 
 ParallelCurve::ParallelCurve(const DPoint bezier[4], double offset) noexcept
     : bezier_{bezier[0], bezier[1], bezier[2], bezier[3]}, offset_(offset) {
-  for (int k = 0; k < 3; ++k) polygon_ += Distance(bezier[k], bezier[k + 1]);
+  for (int k = 0; k < 3; ++k) polygon_ += SafeLength(bezier[k + 1] - bezier[k]);
   scale_ = (std::max)(polygon_, std::abs(offset));
   const double coordinates = (std::max)(std::abs(bezier[0].x), std::abs(bezier[0].y));
   noise_ = kShortestPieceRelative * polygon_ + kShortestPieceRounding * coordinates;
   // Handles too short to have a direction of their own count as zero.
   const double least = kShortestHandleRelative * polygon_ + kShortestHandleRounding * coordinates;
-  if (Distance(bezier_[0], bezier_[1]) <= least) bezier_[1] = bezier_[0];
-  if (Distance(bezier_[0], bezier_[2]) <= least) bezier_[2] = bezier_[0];
-  if (Distance(bezier_[3], bezier_[2]) <= least) bezier_[2] = bezier_[3];
-  if (Distance(bezier_[3], bezier_[1]) <= least) bezier_[1] = bezier_[3];
+  if (SafeLength(bezier_[1] - bezier_[0]) <= least) bezier_[1] = bezier_[0];
+  if (SafeLength(bezier_[2] - bezier_[0]) <= least) bezier_[2] = bezier_[0];
+  if (SafeLength(bezier_[3] - bezier_[2]) <= least) bezier_[2] = bezier_[3];
+  if (SafeLength(bezier_[3] - bezier_[1]) <= least) bezier_[1] = bezier_[3];
   usable_ = polygon_ > 0 && polygon_ < kLargestOffsetSize && coordinates < kLargestOffsetSize &&
             std::abs(offset) < kLargestOffsetSize;
   // The longest of the three vectors from P0 decides the line that the other control points are measured
@@ -223,7 +223,7 @@ void ParallelSamples::Refine(const ParallelCurve& curve, const ParallelSample& f
   // The left half is finished before the right one is begun; `from` is already stored. Room for what is
   // pending is kept, so that the last sample always fits.
   if (depth > 0 && count < kCapacity - kSampleDepth - kSampleIntervals &&
-      (TurnBetween(from, to) > kSampleTurn || Distance(from.point, to.point) > longest_)) {
+      (TurnBetween(from, to) > kSampleTurn || SafeLength(to.point - from.point) > longest_)) {
     const ParallelSample mid = curve.At(0.5 * (from.t + to.t));
     Refine(curve, from, mid, depth - 1);
     Refine(curve, mid, to, depth - 1);
@@ -234,7 +234,7 @@ void ParallelSamples::Refine(const ParallelCurve& curve, const ParallelSample& f
   at[k] = to;
   turn[k] = turn[k - 1] + step;
   // The chord of an arc that turns by `step` is shorter than the arc by step^2/24 to first order.
-  measure[k] = measure[k - 1] + Distance(from.point, to.point) * (1 + step * step / 24);
+  measure[k] = measure[k - 1] + SafeLength(to.point - from.point) * (1 + step * step / 24);
   ++count;
 }
 
@@ -248,7 +248,7 @@ void ParallelSamples::Build(const ParallelCurve& curve, double t0, double t1) no
   for (std::size_t k = 1; k <= kSampleIntervals; ++k) {
     uniform[k] =
         curve.At(k == kSampleIntervals ? t1 : t0 + (t1 - t0) * static_cast<double>(k) / kSampleIntervals);
-    length += Distance(uniform[k - 1].point, uniform[k].point);
+    length += SafeLength(uniform[k].point - uniform[k - 1].point);
   }
   longest_ = kSampleShare * length;
   for (std::size_t k = 1; k <= kSampleIntervals; ++k) Refine(curve, uniform[k - 1], uniform[k], kSampleDepth);

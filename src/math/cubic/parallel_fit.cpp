@@ -30,11 +30,12 @@ class Fitter {
 
   const std::array<DPoint, 4>& Cubic() const { return cubic_; }
 
-  /// Least squares over the two handle lengths (Gauss-Newton, damped); the best state seen is kept.
-  double Solve() {
+  /// Least squares over the two handle lengths (Gauss-Newton, damped); the best state seen is kept. An error
+  /// of `enough` needs no improvement.
+  double Solve(double enough) {
     double best = Measure();
     Cubic4 bestCubic = cubic_;
-    for (int k = 0; k < kFitIterations; ++k) {
+    for (int k = 0; k < kFitIterations && best > enough; ++k) {
       const double change = Step();
       const double error = Measure();
       if (error < best) {
@@ -190,12 +191,18 @@ double DirectionOfTravel(const ParallelSamples& samples) {
 }  // namespace
 
 ParallelFit FitParallel(const ParallelCurve& curve, double t0, double t1, double verify,
-                        ParallelSamples& samples) noexcept {
+                        ParallelSamples& samples, double enough) noexcept {
   samples.Build(curve, t0, t1);
+  return FitSamples(curve, verify, samples, enough);
+}
+
+ParallelFit FitSamples(const ParallelCurve& curve, double verify, const ParallelSamples& samples,
+                       double enough) noexcept {
+  const double t0 = samples.at[0].t, t1 = samples.at[static_cast<std::size_t>(samples.count - 1)].t;
   if (samples.totalTurn > kFitMaxTurn || !(samples.measure[static_cast<std::size_t>(samples.count - 1)] > 0))
     return {HermiteParallel(curve, t0, t1), kInfinity};
   Fitter fitter(samples, DirectionOfTravel(samples));
-  double error = fitter.Solve();
+  double error = fitter.Solve(enough);
   if (error <= verify) error = (std::max)(error, fitter.MeasureBetween(curve));
   return {fitter.Cubic(), error};
 }

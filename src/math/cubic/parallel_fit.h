@@ -13,9 +13,13 @@ struct ParallelFit {
 };
 
 /// Fits [t0, t1]; the speed must not change its sign inside. `samples` holds the stretch's samples
-/// afterwards. A fit whose error is within `verify` is measured once more half-way between the samples.
+/// afterwards. A fit whose error is within `verify` is measured once more half-way between the samples. An
+/// error of `enough` is not made smaller.
 ParallelFit FitParallel(const ParallelCurve& curve, double t0, double t1, double verify,
-                        ParallelSamples& samples) noexcept;
+                        ParallelSamples& samples, double enough = 0) noexcept;
+/// The same for a stretch whose samples are there already.
+ParallelFit FitSamples(const ParallelCurve& curve, double verify, const ParallelSamples& samples,
+                       double enough = 0) noexcept;
 
 /// The cubic with the exact end tangents and speeds (third of the end derivatives): what is left to use when
 /// subdivision has to stop.
