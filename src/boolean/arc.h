@@ -25,6 +25,14 @@ struct Curve {
   }
 };
 
+/// How much the winding number of each operand grows when an edge is crossed from its right to its left.
+struct Winding {
+  int a = 0, b = 0;
+  friend Winding operator+(Winding u, Winding v) { return {u.a + v.a, u.b + v.b}; }
+  friend Winding operator-(Winding u, Winding v) { return {u.a - v.a, u.b - v.b}; }
+  friend bool operator==(Winding u, Winding v) { return u.a == v.a && u.b == v.b; }
+};
+
 /// A monotone arc: the part [t0, t1] of a segment, from vertex v0 to vertex v1.
 struct Arc {
   Curve curve;
@@ -33,6 +41,8 @@ struct Arc {
   int v0, v1;
   double bend;    ///< An upper bound of |B''| / 8 over the arc; 0 for a line.
   bool straight;  ///< A line, or a cubic that lies on its chord to within rounding: crossed as a line.
+  bool open;      ///< Of an open subpath: encloses nothing, and has no step.
+  Winding step;
 };
 
 inline DPoint Evaluate(const DPoint p[4], double t) {

@@ -66,6 +66,8 @@ class Collector {
                 0,
                 flagged && view.points[first] == view.points[last],
                 !view.open || flagged};
+    open_ = !sub.encloses;
+    step_ = open_ ? Winding{} : view.operand == 0 ? Winding{1, 0} : Winding{0, 1};
     const int start = AddVertex(view.points[first], path, first);
     current_ = start;
     node_ = first;
@@ -168,7 +170,7 @@ class Collector {
     DPoint fromPoint = c.p[0];
     for (int k = 0; k <= cuts; ++k) {
       int to = endVertex;
-      Arc arc{Part(c, t[k], t[k + 1]), segment, t[k], t[k + 1], from, to, 0, false};
+      Arc arc{Part(c, t[k], t[k + 1]), segment, t[k], t[k + 1], from, to, 0, false, open_, step_};
       if (k < cuts) {
         to = arc.v1 = static_cast<int>(out_.vertices.size());
         out_.vertices.push_back({arc.curve.p[3]});
@@ -183,8 +185,10 @@ class Collector {
   }
 
   Collection& out_;
-  int current_ = 0;  // vertex reached so far
-  int node_ = 0;     // its node
+  int current_ = 0;    // vertex reached so far
+  int node_ = 0;       // its node
+  bool open_ = false;  // of the subpath that is read
+  Winding step_;
 };
 
 }  // namespace

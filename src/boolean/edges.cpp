@@ -44,14 +44,23 @@ double Snap(double x) {
 
 class Splitter {
  public:
-  Splitter(const Collection& collection, double contact, bool thorough)
+  /// How subpaths and vertices are treated.
+  enum class Mode {
+    plain,     ///< subpaths that meet nothing become loops
+    thorough,  ///< every vertex is looked for on every arc near it
+    again      ///< the arcs are edges of an earlier run, with their ends moved
+  };
+
+  Splitter(const Collection& collection, const std::vector<Arc>& arcs, const std::vector<Vertex>& vertices,
+           double contact, Mode mode)
       : in_(collection),
+        arcs_(arcs),
         contact_(contact),
-        sets_(collection.vertices.size()),
+        sets_(vertices.size()),
         pair_(contact),
-        thorough_(thorough),
-        touched_(collection.subpaths.size(), false) {
-    out_.vertices = collection.vertices;
+        mode_(mode),
+        touched_(collection.subpaths.size(), mode != Mode::plain) {
+    out_.vertices = vertices;
   }
 
   EdgeSet Run() {
@@ -65,7 +74,7 @@ class Splitter {
     SetLoopsApart();
     if (live_.empty()) return std::move(out_);
     SortCuts();
-    if (thorough_) alongside_.assign(in_.arcs.size(), {0, 1});
+    if (mode_ != Mode::plain) alongside_.assign(arcs_.size(), {0, 1});
     UniteAlongArcs();
     if (!alongside_.empty()) AlignVertices();
     MakePieces();
@@ -83,35 +92,31 @@ class Splitter {
   };
 
   void MakeSteps() {
-    steps_.reserve(in_.arcs.size());
-    for (const Arc& arc : in_.arcs) {
-      const Subpath& sub = in_.subpaths[At(in_.segments[At(arc.segment)].subpath)];
-      const int operand = in_.paths[At(sub.path)].operand;
-      steps_.push_back(!sub.encloses ? Winding{} : operand == 0 ? Winding{1, 0} : Winding{0, 1});
-    }
+    steps_.reserve(arcs_.size());
+    for (const Arc& arc : arcs_) steps_.push_back(arc.step);
   }
 
   /// Arcs that are equal bit for bit, in either direction, count as one: the first carries the steps of all.
   /// Exact copies are common, and n copies would have n^2 pairs. Arcs whose steps cancel drop out.
   void FoldDuplicates() {
     // Chains of arcs with the same bits of their fingerprint; the head of each chain is the latest.
-    const std::size_t slots = std::bit_ceil(in_.arcs.size() * 2 + 1);
-    std::vector<int> heads(slots, -1), chain(in_.arcs.size(), -1);
+    const std::size_t slots = std::bit_ceil(arcs_.size() * 2 + 1);
+    std::vector<int> heads(slots, -1), chain(arcs_.size(), -1);
     std::vector<char> folded;
-    dead_.assign(in_.arcs.size(), false);
-    for (int i = 0; i < static_cast<int>(in_.arcs.size()); ++i) {
-      int& head = heads[Fingerprint(in_.arcs[At(i)].curve) & (slots - 1)];
+    dead_.assign(arcs_.size(), false);
+    for (int i = 0; i < static_cast<int>(arcs_.size()); ++i) {
+      int& head = heads[Fingerprint(arcs_[At(i)].curve) & (slots - 1)];
       for (int j = head; j >= 0 && !dead_[At(i)]; j = chain[At(j)]) {
         if (!Fold(j, i)) continue;
-        if (folded.empty()) folded.assign(in_.arcs.size(), false);
+        if (folded.empty()) folded.assign(arcs_.size(), false);
         folded[At(j)] = true;
       }
       if (dead_[At(i)]) continue;
       chain[At(i)] = head;
       head = i;
     }
-    live_.reserve(in_.arcs.size());
-    for (std::size_t i = 0; i < in_.arcs.size(); ++i) {
+    live_.reserve(arcs_.size());
+    for (std::size_t i = 0; i < arcs_.size(); ++i) {
       if (!folded.empty() && folded[i] && steps_[i] == Winding{}) dead_[i] = true;
       if (!dead_[i]) live_.push_back(static_cast<int>(i));
     }
@@ -128,11 +133,9 @@ class Splitter {
   }
 
   bool Fold(int i, int j) {
-    const Arc &a = in_.arcs[At(i)], &b = in_.arcs[At(j)];
+    const Arc &a = arcs_[At(i)], &b = arcs_[At(j)];
     const DPoint *p = a.curve.p, *q = b.curve.p;
-    const bool open = !in_.subpaths[At(in_.segments[At(a.segment)].subpath)].encloses ||
-                      !in_.subpaths[At(in_.segments[At(b.segment)].subpath)].encloses;
-    if (open || a.curve.line != b.curve.line) return false;
+    if (a.open || b.open || a.curve.line != b.curve.line) return false;
     const bool same = p[0] == q[0] && p[1] == q[1] && p[2] == q[2] && p[3] == q[3];
     const bool reversed = p[0] == q[3] && p[1] == q[2] && p[2] == q[1] && p[3] == q[0];
     if (!same && !reversed) return false;
@@ -149,7 +152,7 @@ class Splitter {
     std::vector<Box> boxes;
     boxes.reserve(live_.size());
     for (const int i : live_) {
-      const Curve& c = in_.arcs[At(i)].curve;
+      const Curve& c = arcs_[At(i)].curve;
       Box box = EndBox(c.p[0], c.p[3]);
       box.Inflate(contact_, contact_);
       boxes.push_back(box);
@@ -157,17 +160,17 @@ class Splitter {
     return boxes;
   }
 
-  int SubpathOf(int arc) const { return in_.segments[At(in_.arcs[At(arc)].segment)].subpath; }
+  int SubpathOf(int arc) const { return in_.segments[At(arcs_[At(arc)].segment)].subpath; }
   /// The arc's subpath meets something.
   void Touch(int arc) { touched_[At(SubpathOf(arc))] = true; }
 
   /// Subpaths that were not touched become loops; their arcs need no more attention.
   void SetLoopsApart() {
     for (const int i : live_) {
-      if (Tiny(in_.arcs[At(i)])) Touch(i);
+      if (Tiny(arcs_[At(i)])) Touch(i);
     }
     for (std::size_t k = 0; k < touched_.size(); ++k) {
-      touched_[k] |= thorough_ || !in_.subpaths[k].encloses;
+      touched_[k] |= !in_.subpaths[k].encloses;
       if (!touched_[k]) out_.loops.push_back(static_cast<int>(k));
     }
     if (!out_.loops.empty()) std::erase_if(live_, [this](int i) { return !touched_[At(SubpathOf(i))]; });
@@ -175,7 +178,7 @@ class Splitter {
 
   void MarkAlongside(int arc, double low, double high) {
     Touch(arc);
-    if (alongside_.empty()) alongside_.resize(in_.arcs.size());
+    if (alongside_.empty()) alongside_.resize(arcs_.size());
     Interval& interval = alongside_[At(arc)];
     interval.low = (std::min)(interval.low, low);
     interval.high = (std::max)(interval.high, high);
@@ -184,7 +187,7 @@ class Splitter {
   /// Where several arcs run side by side, a vertex that some of them share lies on the others too.
   void AlignVertices() {
     const BoxTree tree(LiveBoxes());
-    looks_ = static_cast<std::int64_t>(kLooks * (in_.arcs.size() + cuts_.size()) + kLooksMore);
+    looks_ = static_cast<std::int64_t>(kLooks * (arcs_.size() + cuts_.size()) + kLooksMore);
     for (int round = 0; round < kAlignRounds && CutAtNearVertices(tree); ++round) {
       PlaceCuts();
       SortCuts();
@@ -209,8 +212,8 @@ class Splitter {
     for (const int i : live_) {
       const Interval interval = alongside_[At(i)];
       if (interval.low > interval.high) continue;
-      if (interval.Holds(0)) look(in_.arcs[At(i)].v0);
-      if (interval.Holds(1)) look(in_.arcs[At(i)].v1);
+      if (interval.Holds(0)) look(arcs_[At(i)].v0);
+      if (interval.Holds(1)) look(arcs_[At(i)].v1);
       for (int k = firstCut_[At(i)]; k < firstCut_[At(i) + 1]; ++k) {
         if (interval.Holds(cuts_[At(k)].t)) look(cuts_[At(k)].vertex);
       }
@@ -223,10 +226,16 @@ class Splitter {
   void PlaceCuts() {
     std::erase_if(cuts_, [this](Cut& c) {
       if (alongside_[At(c.arc)].low > alongside_[At(c.arc)].high) return false;
-      const Arc& arc = in_.arcs[At(c.arc)];
+      const Arc& arc = arcs_[At(c.arc)];
       c.vertex = sets_.Find(c.vertex);
       if (c.vertex == sets_.Find(arc.v0) || c.vertex == sets_.Find(arc.v1)) return true;
-      c.t = Project(arc.curve, Place(c.vertex));
+      // Beside a near cusp the projection may settle far off; the place that was computed is better then.
+      const DPoint& place = Place(c.vertex);
+      const double t = Project(arc.curve, place);
+      if (TavMath::DistanceSqrd(Evaluate(arc.curve, t), place) <=
+          TavMath::DistanceSqrd(Evaluate(arc.curve, c.t), place)) {
+        c.t = t;
+      }
       return false;
     });
   }
@@ -247,7 +256,7 @@ class Splitter {
 
   /// Cuts the arc at a vertex within the contact distance that it does not pass yet.
   bool CutNear(int i, int vertex, const DPoint& p) {
-    const Arc& arc = in_.arcs[At(i)];
+    const Arc& arc = arcs_[At(i)];
     const int v0 = sets_.Find(arc.v0), v1 = sets_.Find(arc.v1);
     if (v0 == vertex || v1 == vertex) return false;
     if (--looks_ < 0 || !MayBeNear(arc.curve, p, contact_)) return false;
@@ -292,7 +301,7 @@ class Splitter {
   }
 
   void Cross(int i, int j) {
-    const Arc &a = in_.arcs[At(i)], &b = in_.arcs[At(j)];
+    const Arc &a = arcs_[At(i)], &b = arcs_[At(j)];
     if (OnlyJoined(a, b)) return;
     if (pair_.Find(a, b, contacts_)) {
       const PairCrossing::Alongside& beside = pair_.alongside();
@@ -321,7 +330,7 @@ class Splitter {
   }
 
   void SortCuts() {
-    firstCut_.assign(in_.arcs.size() + 1, 0);
+    firstCut_.assign(arcs_.size() + 1, 0);
     for (const Cut& c : cuts_) ++firstCut_[At(c.arc) + 1];
     for (std::size_t i = 1; i < firstCut_.size(); ++i) firstCut_[i] += firstCut_[i - 1];
     std::vector<Cut> sorted(cuts_.size());
@@ -342,7 +351,7 @@ class Splitter {
   void UniteAlongArcs() {
     const double limit = contact_ * contact_;
     for (const int i : live_) {
-      const Arc& arc = in_.arcs[At(i)];
+      const Arc& arc = arcs_[At(i)];
       const int begin = firstCut_[At(i)], end = firstCut_[At(i) + 1];
       if (begin == end && !Tiny(arc)) continue;
       int last = arc.v0;
@@ -367,12 +376,11 @@ class Splitter {
   }
 
   void MakePieces() {
-    out_.edges.reserve(in_.arcs.size() + cuts_.size());
+    out_.edges.reserve(arcs_.size() + cuts_.size());
     for (const int live : live_) {
       const std::size_t i = At(live);
-      const Arc& arc = in_.arcs[i];
-      const Segment& segment = in_.segments[At(arc.segment)];
-      const bool open = !in_.subpaths[At(segment.subpath)].encloses;
+      const Arc& arc = arcs_[i];
+      const Curve& segment = in_.segments[At(arc.segment)].curve;
       int v = sets_.Find(arc.v0);
       double t = arc.t0;
       for (int k = firstCut_[i]; k <= firstCut_[i + 1]; ++k) {
@@ -384,8 +392,12 @@ class Splitter {
           continue;
         }
         const double tTo = last ? arc.t1 : arc.t0 + cuts_[At(k)].t * (arc.t1 - arc.t0);
-        Edge e{arc.curve, arc.segment, t, tTo, v, to, steps_[i], open};
-        if (t != arc.t0 || !last) e.curve = Part(segment.curve, t, tTo);
+        Edge e{arc.curve, arc.segment, t, tTo, v, to, steps_[i], arc.open};
+        if (t != arc.t0 || !last) {
+          const double width = arc.t1 - arc.t0, high = last ? 1 : cuts_[At(k)].t;
+          e.curve =
+              mode_ == Mode::again ? Part(arc.curve, (t - arc.t0) / width, high) : Part(segment, t, tTo);
+        }
         const DPoint &from = out_.vertices[At(v)].p, &end = out_.vertices[At(to)].p;
         const double straight = kStraightContacts * contact_;
         if (TavMath::DistanceSqrd(from, end) < straight * straight) {
@@ -494,13 +506,14 @@ class Splitter {
   }
 
   const Collection& in_;
+  const std::vector<Arc>& arcs_;
   double contact_;
   VertexSets sets_;
   PairCrossing pair_;
   std::vector<Contact> contacts_;
   std::vector<Cut> cuts_;
   std::vector<int> firstCut_;
-  bool thorough_;
+  Mode mode_;
   std::vector<char> touched_;        // of each subpath
   std::vector<Interval> alongside_;  // of each arc; empty when no arc has any
   std::vector<Winding> steps_;       // of each arc
@@ -514,7 +527,23 @@ class Splitter {
 }  // namespace
 
 EdgeSet MakeEdges(const Collection& collection, double contact, bool thorough) {
-  return Splitter(collection, contact, thorough).Run();
+  return Splitter(collection, collection.arcs, collection.vertices, contact,
+                  thorough ? Splitter::Mode::thorough : Splitter::Mode::plain)
+      .Run();
+}
+
+EdgeSet CrossAgain(const Collection& collection, const EdgeSet& edges, double contact) {
+  std::vector<Arc> arcs;
+  arcs.reserve(edges.edges.size() + edges.riders.size());
+  const auto add = [&](const Edge& e) {
+    arcs.push_back({e.curve, e.segment, e.t0, e.t1, e.v0, e.v1, Bend(e.curve), IsStraight(e.curve, kStraight),
+                    e.open, e.step});
+  };
+  for (const Edge& e : edges.edges) add(e);
+  for (const EdgeSet::Rider& rider : edges.riders) add(rider.edge);
+  EdgeSet again = Splitter(collection, arcs, edges.vertices, contact, Splitter::Mode::again).Run();
+  again.loops = edges.loops;
+  return again;
 }
 
 }  // namespace Lumo::Planar

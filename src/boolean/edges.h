@@ -7,14 +7,6 @@
 
 namespace Lumo::Planar {
 
-/// How much the winding number of each operand grows when an edge is crossed from its right to its left.
-struct Winding {
-  int a = 0, b = 0;
-  friend Winding operator+(Winding u, Winding v) { return {u.a + v.a, u.b + v.b}; }
-  friend Winding operator-(Winding u, Winding v) { return {u.a - v.a, u.b - v.b}; }
-  friend bool operator==(Winding u, Winding v) { return u.a == v.a && u.b == v.b; }
-};
-
 /// A piece of a segment between two different vertices, running in the segment's direction.
 struct Edge {
   Curve curve;  ///< In the frame; its ends are exactly its vertices.
@@ -56,5 +48,10 @@ struct EdgeSet {
 /// one another; no edge has a zero step unless it is open; the steps round every vertex, those of incoming
 /// edges counted positive, add up to zero.
 EdgeSet MakeEdges(const Collection& collection, double contact, bool thorough);
+
+/// The same once more for edges that turned out not to be plane: where moving ends to their vertices pushed
+/// one edge across another, the crossing is found and cut as well. Iterated, this ends in edges that cross
+/// nowhere (D. Halperin and E. Packer, "Iterated snap rounding", Computational Geometry 23, 2002).
+EdgeSet CrossAgain(const Collection& collection, const EdgeSet& edges, double contact);
 
 }  // namespace Lumo::Planar
