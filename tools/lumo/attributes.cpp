@@ -82,6 +82,13 @@ MATRIX Function(Scanner& scanner) {
   throw InputError("no transform is called " + name + " and has " + std::to_string(n) + " numbers", begin);
 }
 
+std::string Lowered(std::string_view text) {
+  std::string result(text);
+  std::ranges::transform(result, result.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return result;
+}
+
 }  // namespace
 
 double Viewport::Of(Extent extent) const {
@@ -96,20 +103,25 @@ double Viewport::Of(Extent extent) const {
   return 0;
 }
 
+std::string UnitOf(std::string_view length) {
+  const auto last = length.find_last_of("0123456789.");
+  if (last == std::string_view::npos) return {};
+  const std::string_view rest = length.substr(last + 1);
+  return Lowered(rest.substr(0, rest.find(' ')));
+}
+
 double ParseLength(std::string_view text, const Viewport& viewport, Extent extent) {
   Scanner scanner(text);
   scanner.SkipSpace();
   const double value = scanner.Number();
   const std::size_t place = scanner.Offset();
-  std::string unit(scanner.Name());
+  std::string unit = Lowered(scanner.Name());
   if (unit.empty() && scanner.Peek() == '%') {
     scanner.Skip();
     unit.push_back('%');
   }
   scanner.SkipSpace();
   if (!scanner.AtEnd()) scanner.Fail("the end of a length");
-  std::ranges::transform(unit, unit.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
   for (const Unit& known : kUnits) {
     if (unit == known.name) return value * known.size;
   }

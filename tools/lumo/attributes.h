@@ -22,6 +22,9 @@ struct Viewport {
 /// One inch is 96 user units; as styles are not read, an em is 16. An InputError for anything else.
 double ParseLength(std::string_view text, const Viewport& viewport, Extent extent);
 
+/// The unit of a length in lower case; nothing for a bare number, or for what is not a length.
+std::string UnitOf(std::string_view length);
+
 /// The value of a transform attribute: its functions are applied from right to left. An InputError with the
 /// place when it is not well formed.
 TavMath::MATRIX ParseTransform(std::string_view text);

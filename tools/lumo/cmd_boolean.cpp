@@ -1,12 +1,8 @@
 // lumo boolean: union, intersection, difference of filled drawings.
 
-#include <memory>
-
-#include "commands.h"
-#include "input_error.h"
+#include "cli_model.h"
+#include "drawing_io.h"
 #include "lumo/boolean.h"
-#include "svg_read.h"
-#include "svg_write.h"
 
 namespace tool {
 
@@ -14,10 +10,12 @@ namespace {
 
 using Lumo::FillRule;
 
-struct Options {
-  std::string first, second;
+using Operation = Path (*)(const std::vector<Path>&);
+
+struct Options : DrawingsOptions {
   std::string rule;
-  std::string output;
+  /// Null for simplify.
+  Operation operation = nullptr;
 };
 
 FillRule RuleOf(const Options& options, const Element& element) {
@@ -29,6 +27,7 @@ FillRule RuleOf(const Options& options, const Element& element) {
 /// What each element fills, in the units of the first drawing.
 std::vector<Path> Shapes(const Options& options, const Document& document, double unitsPerUser) {
   std::vector<Path> shapes;
+  Stage stage(options, "simplify " + document.file, document.elements.size());
   const double scale = unitsPerUser / document.unitsPerUser;
   for (const Element& element : document.elements) {
     Path shape = element.path;
@@ -36,62 +35,56 @@ std::vector<Path> Shapes(const Options& options, const Document& document, doubl
     for (std::size_t i = 0; i < nodes.count; ++i) nodes.points[i] *= scale;
     shape.ReleaseBuffer();
     shapes.push_back(Lumo::Simplify(shape, RuleOf(options, element)));
+    stage.Step();
   }
   return shapes;
 }
 
-using Operation = Path (*)(const std::vector<Path>&);
-
 /// Two drawings: each is the union of its elements. One drawing: the operation among its elements.
-int Combine(const Options& options, Operation operation) {
-  const Document first = ReadSvg(options.first);
+int Combine(const Options& options) {
+  Document first = Read(options, options.first);
   std::vector<Path> operands = Shapes(options, first, first.unitsPerUser);
   if (!options.second.empty()) {
-    const Document second = ReadSvg(options.second);
+    const Document second = Read(options, options.second);
     operands = {Lumo::Union(operands), Lumo::Union(Shapes(options, second, first.unitsPerUser))};
   }
-  const Path result = operation(operands);
-  SvgWriter writer(first);
-  writer.ShowAll();
-  if (!result.IsEmpty()) {
-    const std::string fill =
-        first.elements.empty() ? "black" : Attribute(first.elements[0].presentation, "fill", "black");
-    writer.AddPath(result, {{"fill", fill == "none" ? "black" : fill}}, "result");
+  Element result;
+  result.id = "result";
+  {
+    const Stage stage(options, "combine");
+    result.path = options.operation(operands);
   }
-  writer.Save(options.output);
-  return result.IsEmpty() ? kNothing : kDone;
+  const std::string fill =
+      first.elements.empty() ? "black" : Attribute(first.elements[0].presentation, "fill", "black");
+  result.presentation = {{"fill", fill == "none" ? "black" : fill}};
+  first.elements.clear();
+  const bool any = !result.path.IsEmpty();
+  if (any) first.elements.push_back(std::move(result));
+  Deliver(options, first, true);
+  return any ? kDone : kNothing;
 }
 
 int SimplifyEach(const Options& options) {
-  Document document = ReadSvg(options.first);
-  bool any = false;
-  for (Element& element : document.elements) {
-    element.path = Lumo::Simplify(element.path, RuleOf(options, element));
-    any = any || !element.path.IsEmpty();
-  }
+  Document document = Read(options, options.first);
+  const std::vector<Path> shapes = Shapes(options, document, document.unitsPerUser);
+  for (std::size_t k = 0; k < shapes.size(); ++k) document.elements[k].path = shapes[k];
   std::erase_if(document.elements, [](const Element& element) { return element.path.IsEmpty(); });
-  SaveDocument(document, options.output);
-  return any ? kDone : kNothing;
+  Deliver(options, document);
+  return document.elements.empty() ? kNothing : kDone;
 }
 
 void AddOperation(CLI::App& boolean, const std::string& name, const char* what, Operation operation,
                   int& exit) {
   auto* command = boolean.add_subcommand(name, what);
   const auto options = std::make_shared<Options>();
-  command->add_option("A.svg", options->first, "The drawing; - for standard input")->required();
-  if (operation)
-    command->add_option("B.svg", options->second,
-                        "The other drawing; without it, the elements of A are combined");
-  command
-      ->add_option("--rule", options->rule,
-                   "Fill rule of all elements, instead of their own: nonzero, evenodd or positive")
-      ->check(CLI::IsMember({"nonzero", "evenodd", "positive"}));
-  AddOutput(*command, options->output);
+  options->operation = operation;
+  AddDrawings(*command, *options, Product::drawing, "The drawing of what is left",
+              operation ? "without it, the elements of A are combined" : "");
+  AddChoice(*command, "--rule", options->rule, {"nonzero", "evenodd", "positive"},
+            "Fill rule of all elements, instead of their own");
   command->footer("Exit code 1 when nothing is left.\nExample: lumo boolean " + name +
                   (operation ? " a.svg b.svg -o result.svg" : " drawing.svg --rule evenodd -o result.svg"));
-  command->callback([options, operation, &exit] {
-    exit = operation ? Combine(*options, operation) : SimplifyEach(*options);
-  });
+  OnRun(*command, options, exit, operation ? Combine : SimplifyEach);
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 // lumo edit: a script of operations on the paths of a drawing.
 
 #include <iostream>
-#include <memory>
 
-#include "commands.h"
+#include "drawing_io.h"
 #include "edit_script.h"
-#include "svg_read.h"
-#include "svg_write.h"
 
 namespace tool {
 
@@ -14,17 +11,18 @@ namespace {
 
 struct Options : DrawingOptions {
   std::vector<std::string> operations;
-  std::string output;
 };
 
 int Run(const Options& options) {
-  Document document = ReadSvg(options.file);
+  Document document = Read(options, options.file);
+  Stage stage(options, "edit", options.operations.size());
   for (const std::string& operation : options.operations) {
+    stage.Step();
     if (ApplyOperation(document, operation)) continue;
     std::cerr << "lumo: --op " << operation << ": does not apply there; nothing is written\n";
     return kNothing;
   }
-  SaveDocument(document, options.output);
+  Deliver(options, document);
   return kDone;
 }
 
@@ -33,20 +31,19 @@ int Run(const Options& options) {
 void AddEdit(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("edit", "Applies a script of operations to the paths of a drawing");
   const auto options = std::make_shared<Options>();
-  AddDrawing(*command, *options, false);
+  AddDrawing(*command, *options, Product::drawing, "The edited drawing");
   command
       ->add_option("--op", options->operations, "An operation; give as many as you like, they run in order")
       ->required()
       ->take_all()
       ->type_name("[ID/]VERB[:ARGUMENTS]");
-  AddOutput(*command, options->output);
   command->footer(
       "Operations on the element with this id, else on the first; nodes are counted from 0, handles "
       "included:\n" +
       OperationHelp() +
       "Exit code 1, and no drawing, when one of them does not apply.\n"
       "Example: lumo edit drawing.svg --op add:3@0.5 --op B/break:7@1 -o edited.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -3,21 +3,19 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
-#include <memory>
 
-#include "commands.h"
+#include "drawing_io.h"
 #include "input_error.h"
+#include "length.h"
 #include "scanner.h"
-#include "svg_write.h"
 
 namespace tool {
 
 namespace {
 
-struct Options {
+struct Options : CommonOptions {
   std::string file;
-  double tolerance = 0;
-  std::string output;
+  Length tolerance;
 };
 
 /// One point per line: two numbers with a comma, a semicolon or space between them. Empty lines, and one line
@@ -53,6 +51,7 @@ int Run(const Options& options) {
   TavMath::BoundsT<double> box;
   for (const DPoint p : points) box.Add(p.x, p.y);
   Document document;
+  document.file = options.file;
   if (!box.IsEmpty()) {
     document.viewBox[0] = box.minx;
     document.viewBox[1] = box.miny;
@@ -64,9 +63,13 @@ int Run(const Options& options) {
   Element element;
   element.id = "stroke";
   element.presentation = {{"fill", "none"}, {"stroke", "black"}};
-  const bool fitted = element.path.AppendFittedCurve(points, document.ToUnits(options.tolerance));
+  bool fitted = false;
+  {
+    const Stage stage(options, "fit");
+    fitted = element.path.AppendFittedCurve(points, options.tolerance.ToUnits(document));
+  }
   if (fitted) document.elements.push_back(std::move(element));
-  SaveDocument(document, options.output, true);
+  Deliver(options, document, true);
   return fitted ? kDone : kNothing;
 }
 
@@ -76,16 +79,17 @@ void AddFit(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("fit", "A stroke of many points becomes a smooth path");
   const auto options = std::make_shared<Options>();
   command->add_option("POINTS.csv", options->file, "One point x,y per line; - for standard input")
-      ->required();
-  command->add_option("--tolerance", options->tolerance, "How far from the path a point may lie")
       ->required()
-      ->check(CLI::PositiveNumber);
-  AddOutput(*command, options->output);
+      ->type_name("FILE");
+  AddLength(*command, "--tolerance", options->tolerance, "How far from the path a point may lie",
+            Sign::positive)
+      ->required();
+  AddCommon(*command, *options, Product::drawing, "The drawing of the stroke");
   command->footer(
       "Corners that the tolerance cannot round stay corners. Exit code 1 when there are fewer than two "
       "points.\n"
       "Example: lumo fit stroke.csv --tolerance 0.5 -o stroke.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,27 +1,37 @@
 // lumo flatten: curves become lines.
 
-#include <memory>
-
-#include "commands.h"
-#include "svg_read.h"
-#include "svg_write.h"
+#include "drawing_io.h"
+#include "length.h"
 
 namespace tool {
 
 namespace {
 
 struct Options : DrawingOptions {
-  double tolerance = 0;
-  std::string output;
+  Length tolerance;
 };
 
-int Run(const Options& options) {
-  Document document = ReadSvg(options.file);
-  for (Element& element : document.elements) {
-    element.path = element.path.GetPolyline(document.ToUnits(options.tolerance));
+bool HasCurve(const Path& path) {
+  for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
+    if (path.GetNodeType(i).IsCurve()) return true;
   }
-  SaveDocument(document, options.output);
-  return document.elements.empty() ? kNothing : kDone;
+  return false;
+}
+
+int Run(const Options& options) {
+  Document document = Read(options, options.file);
+  const double tolerance = options.tolerance.ToUnits(document);
+  bool any = false;
+  {
+    Stage stage(options, "flatten", document.elements.size());
+    for (Element& element : document.elements) {
+      any = any || HasCurve(element.path);
+      element.path = element.path.GetPolyline(tolerance);
+      stage.Step();
+    }
+  }
+  Deliver(options, document);
+  return any ? kDone : kNothing;
 }
 
 }  // namespace
@@ -29,13 +39,13 @@ int Run(const Options& options) {
 void AddFlatten(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("flatten", "Curves become lines");
   const auto options = std::make_shared<Options>();
-  AddDrawing(*command, *options, false);
-  command->add_option("--tolerance", options->tolerance, "How far a line may stray from its curve")
-      ->required()
-      ->check(CLI::PositiveNumber);
-  AddOutput(*command, options->output);
-  command->footer("Example: lumo flatten drawing.svg --tolerance 0.1 -o lines.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  AddDrawing(*command, *options, Product::drawing, "The drawing of lines");
+  AddLength(*command, "--tolerance", options->tolerance, "How far a line may stray from its curve",
+            Sign::positive)
+      ->required();
+  command->footer(
+      "Exit code 1 when there is no curve.\nExample: lumo flatten drawing.svg --tolerance 0.1 -o lines.svg");
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,22 +1,14 @@
 // lumo hierarchy: which outline lies in which.
 
 #include <array>
-#include <iostream>
-#include <memory>
 
-#include "commands.h"
+#include "drawing_io.h"
 #include "lumo/subpath_hierarchy.h"
-#include "report.h"
-#include "svg_read.h"
 #include "svg_write.h"
 
 namespace tool {
 
 namespace {
-
-struct Options : DrawingOptions {
-  std::string output;
-};
 
 /// One subpath of the drawing, in the order of a walk from the outside in.
 struct Entry {
@@ -101,21 +93,21 @@ void Draw(const Document& document, const std::vector<Entry>& list, const std::s
   writer.Save(output);
 }
 
-int Run(const Options& options) {
-  const Document document = ReadSvg(options.file);
+int Run(const DrawingOptions& options) {
+  const Document document = Read(options, options.file);
   std::vector<Lumo::ConstDrawCurveT<DPoint>> curves;
   for (const Element& element : document.elements) {
     curves.push_back({element.path.GetPoints(), element.path.GetNodeTypes(), element.path.GetPointCount()});
   }
   Lumo::SubpathHierarchy tree;
-  tree.BuildSubpathHierarchy(curves, false, false);
+  {
+    const Stage stage(options, "sort");
+    tree.BuildSubpathHierarchy(curves, false, false);
+  }
   const std::vector<Entry> list = Walk(tree);
   if (!options.output.empty()) Draw(document, list, options.output);
-  if (options.json) {
-    PrintAsJson(document, list);
-  } else if (options.output.empty()) {
-    PrintAsTable(document, list);
-  }
+  if (options.json) PrintAsJson(document, list);
+  if (options.PrintsTable()) PrintAsTable(document, list);
   return list.empty() ? kNothing : kDone;
 }
 
@@ -123,15 +115,13 @@ int Run(const Options& options) {
 
 void AddHierarchy(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("hierarchy", "Which outline lies in which");
-  const auto options = std::make_shared<Options>();
-  AddDrawing(*command, *options);
-  command->add_option("-o,--output", options->output, "A drawing coloured by depth; - for standard output");
+  const auto options = std::make_shared<DrawingOptions>();
+  AddDrawing(*command, *options, Product::figures, "A drawing coloured by depth");
   command->footer(
       "The outlines of all elements are sorted into one tree. Areas are signed as by lumo info; the net area "
-      "adds those of\n"
-      "everything inside.\n"
+      "adds those of everything inside. Exit code 1 when the drawing has no outline.\n"
       "Example: lumo hierarchy drawing.svg -o coloured.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,20 +1,19 @@
 // lumo hit: what a click meets.
 
 #include <cmath>
-#include <iostream>
-#include <memory>
 #include <ranges>
 
-#include "commands.h"
-#include "report.h"
-#include "svg_read.h"
+#include "drawing_io.h"
+#include "length.h"
+#include "svg_write.h"
 
 namespace tool {
 
 namespace {
 
 struct Options : DrawingOptions {
-  double x = 0, y = 0, radius = 0;
+  double x = 0, y = 0;
+  Length radius;
 };
 
 struct Hit {
@@ -62,12 +61,27 @@ Hit Find(const Document& document, DPoint query, double radius) {
   return {};
 }
 
+/// The drawing in grey, what was hit in red, and where.
+void Draw(const Document& document, const Hit& hit, const std::string& output) {
+  constexpr double kDot = 0.006;
+  SvgWriter writer(document);
+  writer.OpenGroup({{"fill", "none"}, {"stroke", "#777"}, {"stroke-width", "0.3%"}});
+  for (const Element& element : document.elements)
+    writer.AddPath(element.path,
+                   &element == hit.element ? Presentation{{"stroke", "#c0392b"}} : Presentation{},
+                   element.id);
+  writer.CloseGroup();
+  if (hit.element) writer.AddDot(hit.point, kDot, {{"fill", "#c0392b"}});
+  writer.Save(output);
+}
+
 int Run(const Options& options) {
-  const Document document = ReadSvg(options.file);
+  const Document document = Read(options, options.file);
   const DPoint query = document.ToUnits(DPoint{options.x, options.y});
-  const Hit hit = Find(document, query, document.ToUnits(options.radius));
+  const Hit hit = Find(document, query, options.radius.ToUnits(document));
   const bool onNode = hit.node >= 0;
   const double distance = document.ToUser(hit.distance);
+  if (!options.output.empty()) Draw(document, hit, options.output);
   if (options.json) {
     Json json = {{"file", document.file}, {"query", {options.x, options.y}}, {"hit", nullptr}};
     if (hit.element) {
@@ -83,7 +97,7 @@ int Run(const Options& options) {
       entry["distance"] = distance;
     }
     PrintJson(json);
-  } else if (hit.element) {
+  } else if (hit.element && options.PrintsTable()) {
     const DPoint p = document.ToUser(hit.point);
     Table table({"id", "hit", "node", "t", "x", "y", "distance"});
     table.Add({hit.element->id, onNode ? "node" : "segment",
@@ -101,14 +115,13 @@ void AddHit(CLI::App& program, int& exit) {
   auto* command =
       program.add_subcommand("hit", "What lies at X Y: the topmost element, its node or segment there");
   const auto options = std::make_shared<Options>();
-  AddDrawing(*command, *options);
+  AddDrawing(*command, *options, Product::figures, "The drawing with what was hit in red");
   command->add_option("X", options->x, "Horizontal position")->required();
   command->add_option("Y", options->y, "Vertical position")->required();
-  command->add_option("--radius", options->radius, "How far away still counts")
-      ->required()
-      ->check(CLI::NonNegativeNumber);
+  AddLength(*command, "--radius", options->radius, "How far away still counts", Sign::notNegative)
+      ->required();
   command->footer("Exit code 1 when nothing is hit.\nExample: lumo hit drawing.svg 12.5 40 --radius 2");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

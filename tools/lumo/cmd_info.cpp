@@ -1,72 +1,75 @@
 // lumo info: what is in a drawing.
 
-#include <iostream>
-#include <memory>
-
-#include "commands.h"
-#include "lumo/repair.h"
-#include "report.h"
-#include "svg_read.h"
+#include "drawing_io.h"
+#include "figures.h"
+#include "svg_write.h"
 
 namespace tool {
 
 namespace {
 
-/// The figures of one element, in user units.
-struct Facts {
-  std::size_t subpaths = 0, open = 0, closed = 0, nodes = 0, lines = 0, curves = 0;
-  double length = 0, area = 0;
-  TavMath::BoundsT<double> box;
-  bool valid = false;
-};
-
-Facts Measure(const Document& document, const Path& path) {
-  Facts facts;
-  facts.nodes = path.GetPointCount();
-  facts.subpaths = path.GetSubpathCount();
-  for (std::size_t k = 0; k < facts.subpaths; ++k) ++(path.IsClosed(k) ? facts.closed : facts.open);
-  for (std::size_t i = 0; i < facts.nodes; ++i) {
-    facts.lines += path.GetNodeType(i).IsLine();
-    facts.curves += path.GetNodeType(i).IsCurve();
+std::vector<Figures> MeasureAll(const DrawingOptions& options, const Document& document) {
+  Stage stage(options, "measure", document.elements.size());
+  std::vector<Figures> list;
+  for (const Element& element : document.elements) {
+    list.push_back(Measure(document, element.path));
+    stage.Step();
   }
-  const double scale = document.unitsPerUser;
-  facts.length = path.GetLength() / scale;
-  facts.area = path.GetArea() / scale / scale;
-  const auto box = path.GetTightBBox();
-  facts.box = {box.minx / scale, box.miny / scale, box.maxx / scale, box.maxy / scale};
-  facts.valid = Lumo::IsValidCurve(path.GetNodeTypes(), path.GetPointCount());
-  return facts;
+  return list;
 }
 
-void PrintAsTable(const Document& document) {
+void PrintAsTable(const Document& document, const std::vector<Figures>& list) {
   Table table({"id", "subpaths", "open", "closed", "nodes", "lines", "curves", "length", "area", "left",
                "top", "right", "bottom", "valid"});
-  for (const Element& element : document.elements) {
-    const Facts f = Measure(document, element.path);
-    table.Add({element.id, Figure(f.subpaths), Figure(f.open), Figure(f.closed), Figure(f.nodes),
+  for (std::size_t k = 0; k < list.size(); ++k) {
+    const Figures& f = list[k];
+    table.Add({document.elements[k].id, Figure(f.subpaths), Figure(f.open), Figure(f.closed), Figure(f.nodes),
                Figure(f.lines), Figure(f.curves), Figure(f.length), Figure(f.area), Figure(f.box.minx),
                Figure(f.box.miny), Figure(f.box.maxx), Figure(f.box.maxy), f.valid ? "yes" : "no"});
   }
   table.Print();
 }
 
-void PrintAsJson(const Document& document) {
+void PrintAsJson(const Document& document, const std::vector<Figures>& list) {
   Json paths = Json::array();
+  for (std::size_t k = 0; k < list.size(); ++k)
+    paths.push_back(JsonFigures(document.elements[k].id, list[k]));
+  PrintJson({{"file", document.file}, {"paths", std::move(paths)}});
+}
+
+/// The outlines as a node tool shows them: nodes as dots, handles as lines with smaller dots at their ends.
+void DrawNodes(const Document& document, const std::string& output) {
+  constexpr double kNode = 0.004, kHandle = 0.0025;
+  SvgWriter writer(document);
+  writer.OpenGroup({{"fill", "none"}, {"stroke", "#777"}, {"stroke-width", "0.3%"}});
+  for (const Element& element : document.elements) writer.AddPath(element.path, {}, element.id);
+  writer.CloseGroup();
   for (const Element& element : document.elements) {
-    const Facts f = Measure(document, element.path);
-    paths.push_back({{"id", element.id},
-                     {"subpaths", f.subpaths},
-                     {"open", f.open},
-                     {"closed", f.closed},
-                     {"nodes", f.nodes},
-                     {"lines", f.lines},
-                     {"curves", f.curves},
-                     {"length", f.length},
-                     {"area", f.area},
-                     {"bbox", {f.box.minx, f.box.miny, f.box.maxx, f.box.maxy}},
-                     {"valid", f.valid}});
+    const Path& path = element.path;
+    Path handles;
+    for (std::size_t i = 3; i < path.GetPointCount(); ++i) {
+      if (!path.GetNodeType(i).IsCurve()) continue;
+      for (const std::size_t node : {i - 3, i}) {
+        handles.MoveTo(path.GetPoint(node));
+        handles.LineTo(path.GetPoint(node == i ? i - 1 : i - 2));
+      }
+    }
+    writer.AddPath(handles, {{"fill", "none"}, {"stroke", "#2471a3"}, {"stroke-width", "0.15%"}});
+    for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
+      const bool node = path.GetNodeType(i).IsOnCurve();
+      writer.AddDot(path.GetPoint(i), node ? kNode : kHandle, {{"fill", node ? "#c0392b" : "#2471a3"}});
+    }
   }
-  PrintJson({{"file", document.file}, {"paths", paths}});
+  writer.Save(output);
+}
+
+int Run(const DrawingOptions& options) {
+  const Document document = Read(options, options.file);
+  const std::vector<Figures> list = MeasureAll(options, document);
+  if (!options.output.empty()) DrawNodes(document, options.output);
+  if (options.json) PrintAsJson(document, list);
+  if (options.PrintsTable()) PrintAsTable(document, list);
+  return kDone;
 }
 
 }  // namespace
@@ -74,15 +77,11 @@ void PrintAsJson(const Document& document) {
 void AddInfo(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("info", "Counts and measures of every drawn element");
   const auto options = std::make_shared<DrawingOptions>();
-  AddDrawing(*command, *options);
+  AddDrawing(*command, *options, Product::figures, "A drawing of the outlines with their nodes and handles");
   command->footer(
       "Area is signed: negative when the outline runs clockwise on screen; open subpaths enclose none.\n"
       "Example: lumo info drawing.svg --json");
-  command->callback([options, &exit] {
-    const Document document = ReadSvg(options->file);
-    options->json ? PrintAsJson(document) : PrintAsTable(document);
-    exit = kDone;
-  });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

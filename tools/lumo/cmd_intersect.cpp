@@ -2,24 +2,17 @@
 
 #include <algorithm>
 #include <deque>
-#include <iostream>
-#include <memory>
 
-#include "commands.h"
+#include "drawing_io.h"
 #include "lumo/intersections.h"
-#include "report.h"
-#include "svg_read.h"
 #include "svg_write.h"
 
 namespace tool {
 
 namespace {
 
-struct Options {
-  std::string first, second;
+struct Options : DrawingsOptions {
   bool self = false;
-  bool json = false;
-  std::string output;
 };
 
 /// One place on one path.
@@ -174,17 +167,17 @@ void Mark(const Document& first, const Document* second, const std::vector<Meeti
 }
 
 int Run(const Options& options) {
-  const Document first = ReadSvg(options.first);
+  const Document first = Read(options, options.first);
   Document other;
-  if (!options.second.empty()) other = ReadSvg(options.second);
+  if (!options.second.empty()) other = Read(options, options.second);
   const Document* second = options.second.empty() ? nullptr : &other;
-  const std::vector<Meeting> list = Meetings(first, second, options.self).Find();
+  const std::vector<Meeting> list = [&] {
+    const Stage stage(options, "intersect");
+    return Meetings(first, second, options.self).Find();
+  }();
   if (!options.output.empty()) Mark(first, second, list, options.output);
-  if (options.json) {
-    PrintAsJson(first, list);
-  } else if (options.output != "-") {
-    PrintAsTable(first, list);
-  }
+  if (options.json) PrintAsJson(first, list);
+  if (options.PrintsTable()) PrintAsTable(first, list);
   return list.empty() ? kNothing : kDone;
 }
 
@@ -193,17 +186,14 @@ int Run(const Options& options) {
 void AddIntersect(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("intersect", "Crossings, touches and shared stretches of paths");
   const auto options = std::make_shared<Options>();
-  command->add_option("A.svg", options->first, "The drawing; - for standard input")->required();
-  command->add_option("B.svg", options->second, "Another: then only meetings of one with the other count");
+  AddDrawings(*command, *options, Product::figures, "The drawing with the meetings marked",
+              "with it, only meetings of one with the other count");
   command->add_flag("--self", options->self, "Also where a path meets itself, and within each drawing");
-  command->add_flag("--json", options->json, "Print the figures as one JSON object");
-  command->add_option("-o,--output", options->output,
-                      "A drawing with the meetings marked; - for standard output");
   command->footer(
       "Crossings are marked red, touches green, the ends of shared stretches violet. Exit code 1 when "
       "nothing meets.\n"
       "Example: lumo intersect drawing.svg --self -o marked.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,10 +1,8 @@
 // lumo offset: parallel curves and grown or shrunk outlines.
 
-#include <memory>
-
+#include "cli_model.h"
+#include "drawing_io.h"
 #include "offset_options.h"
-#include "report.h"
-#include "svg_read.h"
 
 namespace tool {
 
@@ -13,7 +11,7 @@ namespace {
 using Lumo::Offset::EOpenCurveOffsetSide;
 
 struct Options : OffsetOptions {
-  double distance = 0;
+  Length distance;
   std::string side = "both";
   bool inwards = false;
   bool close = true;
@@ -28,19 +26,19 @@ EOpenCurveOffsetSide SideOf(const std::string& name) {
 }
 
 int Run(const Options& options) {
-  const Document document = ReadSvg(options.file);
+  const Document document = Read(options, options.file);
   std::vector<OffsetResult> results;
-  Progress progress(document.elements.size() * options.count);
+  Stage stage(options, "offset", document.elements.size() * options.count);
   for (const Element& element : document.elements) {
     for (std::size_t k = 1; k <= options.count; ++k) {
-      const double distance = document.ToUnits(options.distance) * static_cast<double>(k);
+      const double distance = options.distance.ToUnits(document) * static_cast<double>(k);
       const auto settings = MakeSettings(options, document, distance, options.inwards);
       settings->SetCloseShape(options.close);
       settings->SetOpenCurveOffsetSide(SideOf(options.side));
       Path path = element.path;
       path.OffsetCurve(*settings);
       results.push_back({&element, distance, std::move(path)});
-      progress.Step();
+      stage.Step();
     }
   }
   return FinishOffset(options, document, results);
@@ -52,20 +50,20 @@ void AddOffset(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("offset", "Moves outlines sideways by a distance");
   const auto options = std::make_shared<Options>();
   AddOffsetOptions(*command, *options);
-  command->add_option("--distance", options->distance, "How far; negative shrinks closed outlines")
+  AddLength(*command, "--distance", options->distance, "How far; negative shrinks closed outlines", Sign::any)
       ->required();
-  command->add_option("--side", options->side, "Of open paths, as seen on screen: left, right or both")
-      ->check(CLI::IsMember({"left", "right", "both"}))
+  AddChoice(*command, "--side", options->side, {"left", "right", "both"}, "Of open paths, as seen on screen")
       ->capture_default_str();
   command->add_flag("--inwards", options->inwards, "Only the outlines directly inside the outer ones");
   command->add_flag("!--no-close", options->close, "Leave offsets of open paths open");
   command->add_option("--count", options->count, "A family of this many: at 1, 2, 3 ... times the distance")
-      ->check(CLI::Range(std::size_t{1}, std::size_t{1000}))
+      ->check(CLI::Range(std::size_t{1}, std::size_t{1000}).description(""))
+      ->type_name("N")
       ->capture_default_str();
   command->footer(
       "Each element is offset on its own. Exit code 1 when nothing is left.\n"
       "Example: lumo offset drawing.svg --distance 2 --join miter --count 5 --picture -o offsets.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,27 +1,23 @@
 // lumo outline: strokes become shapes.
 
-#include <cmath>
-#include <memory>
-
 #include "attributes.h"
+#include "drawing_io.h"
 #include "input_error.h"
 #include "lumo/boolean.h"
 #include "offset_options.h"
-#include "report.h"
-#include "svg_read.h"
 
 namespace tool {
 
 namespace {
 
 struct Options : OffsetOptions {
-  double width = 0;
+  Length width;
   bool widthGiven = false, joinGiven = false, capGiven = false;
 };
 
 /// The width of an element's stroke in user units: the option, else the element's own, else 1.
 double WidthOf(const Options& options, const Document& document, const Element& element) {
-  if (options.widthGiven) return options.width;
+  if (options.widthGiven) return options.width.ToUser(document);
   const std::string text = Attribute(element.presentation, "stroke-width", "1");
   try {
     return ParseLength(text, {document.viewBox[2], document.viewBox[3]}, Extent::diagonal);
@@ -68,16 +64,16 @@ Presentation Filled(const Presentation& presentation) {
 }
 
 int Run(const Options& options) {
-  Document document = ReadSvg(options.file);
+  Document document = Read(options, options.file);
   std::vector<OffsetResult> results;
-  Progress progress(document.elements.size());
+  Stage stage(options, "outline", document.elements.size());
   for (Element& element : document.elements) {
     const double half = document.ToUnits(WidthOf(options, document, element) / 2);
     if (half > 0) {
       results.push_back(
           {&element, half, OutlineOf(OptionsFor(options, element), document, element.path, half)});
     }
-    progress.Step();
+    stage.Step();
   }
   if (!options.picture) {
     for (Element& element : document.elements) element.presentation = Filled(element.presentation);
@@ -91,17 +87,17 @@ void AddOutline(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("outline", "Turns strokes into shapes");
   const auto options = std::make_shared<Options>();
   AddOffsetOptions(*command, *options);
-  auto* width = command->add_option("--width", options->width, "Width of all strokes, instead of their own")
-                    ->check(CLI::PositiveNumber);
+  auto* width = AddLength(*command, "--width", options->width, "Width of all strokes, instead of their own",
+                          Sign::positive);
   command->footer(
       "Widths, joins and caps are those of the drawing's attributes unless an option says otherwise.\n"
       "Example: lumo outline drawing.svg --width 3 --cap square -o shapes.svg");
-  command->callback([options, command, width, &exit] {
+  command->parse_complete_callback([options, command, width] {
     options->widthGiven = width->count() > 0;
     options->joinGiven = command->get_option("--join")->count() > 0;
     options->capGiven = command->get_option("--cap")->count() > 0;
-    exit = Run(*options);
   });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

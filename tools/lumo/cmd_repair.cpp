@@ -1,11 +1,10 @@
 // lumo repair: mends what exports and careless edits leave behind.
 
-#include <memory>
+#include <algorithm>
 
-#include "commands.h"
+#include "drawing_io.h"
+#include "input_error.h"
 #include "lumo/repair.h"
-#include "report.h"
-#include "svg_read.h"
 #include "svg_write.h"
 
 namespace tool {
@@ -14,7 +13,6 @@ namespace {
 
 struct Options : DrawingOptions {
   bool report = false;
-  std::string output;
 };
 
 /// What was done to one element.
@@ -70,17 +68,22 @@ void PrintAsJson(const Document& document, const std::vector<Mended>& list) {
 }
 
 int Run(const Options& options) {
-  Document document = ReadSvg(options.file);
+  if (options.report && options.output == "-")
+    throw InputError("--report and the drawing both want standard output; give -o a file");
+  Document document = Read(options, options.file);
   std::vector<Mended> list;
-  for (Element& element : document.elements) list.push_back(Mend(element));
-  std::erase_if(document.elements, [](const Element& element) { return element.path.IsEmpty(); });
-  SaveDocument(document, options.output);
-  if (options.json) {
-    PrintAsJson(document, list);
-  } else if (options.report) {
-    PrintAsTable(list);
+  {
+    Stage stage(options, "repair", document.elements.size());
+    for (Element& element : document.elements) {
+      list.push_back(Mend(element));
+      stage.Step();
+    }
   }
-  return list.empty() ? kNothing : kDone;
+  std::erase_if(document.elements, [](const Element& element) { return element.path.IsEmpty(); });
+  if (!options.output.empty()) SaveDocument(document, options.output);
+  if (options.json) PrintAsJson(document, list);
+  if (options.report && !options.json) PrintAsTable(list);
+  return std::ranges::any_of(list, &Mended::changed) ? kDone : kNothing;
 }
 
 }  // namespace
@@ -88,15 +91,19 @@ int Run(const Options& options) {
 void AddRepair(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("repair", "Mends what exports and careless edits leave behind");
   const auto options = std::make_shared<Options>();
-  AddDrawing(*command, *options);
+  AddDrawing(*command, *options, Product::drawing, "The mended drawing");
   command->add_flag("--report", options->report, "Print what was mended, element by element");
-  AddOutput(*command, options->output);
   command->footer(
       "Takes out starts without a path and segments shorter than a hundred-thousandth of the drawing, sets "
-      "handles that\n"
-      "lie on their node, and marks smooth nodes. Sound elements stay as they are.\n"
+      "handles that lie on their node, and marks smooth nodes. Sound elements stay as they are. Exit code 1, "
+      "and "
+      "the same drawing, when there is nothing to mend.\n"
       "Example: lumo repair drawing.svg --report -o mended.svg");
-  command->callback([options, &exit] { exit = Run(*options); });
+  // A report is a figure like any other: it keeps the drawing from standard output.
+  command->parse_complete_callback([options] {
+    if (options->report) options->product = Product::figures;
+  });
+  OnRun(*command, options, exit, Run);
 }
 
 }  // namespace tool

@@ -1,22 +1,19 @@
 // lumo shape: a drawing of one basic shape.
 
 #include <cmath>
-#include <memory>
 #include <numbers>
 
-#include "commands.h"
+#include "drawing_io.h"
 #include "input_error.h"
 #include "lumo/shapes.h"
-#include "svg_write.h"
 
 namespace tool {
 
 namespace {
 
-struct Options {
+struct Options : CommonOptions {
   double x = 0, y = 0, rx = 0, ry = 0, from = 0, to = 0, radius = 0;
   Lumo::RectangleCorner corner = Lumo::RectangleCorner::round;
-  std::string output;
 };
 
 /// A document in whose units a drawing of this size is as fine as any other.
@@ -26,7 +23,7 @@ Document DocumentOfSize(double side) {
   return document;
 }
 
-int Save(Document document, Path path, const std::string& output) {
+int Save(const Options& options, Document document, Path path) {
   if (path.IsEmpty()) throw InputError("the shape has no extent, or a number is not finite");
   const auto box = path.GetTightBBox();
   document.viewBox[0] = document.ToUser(box.minx);
@@ -36,18 +33,25 @@ int Save(Document document, Path path, const std::string& output) {
   Element element;
   element.path = std::move(path);
   document.elements.push_back(std::move(element));
-  SaveDocument(document, output);
+  Deliver(options, document);
   return kDone;
 }
 
-int RunEllipse(const Options& o, double fromDegrees, double toDegrees, bool pie) {
+int Ellipse(const Options& o, bool pie) {
   const Document document = DocumentOfSize(2 * std::max(o.rx, o.ry));
   const double radians = std::numbers::pi / 180;
-  return Save(document,
+  return Save(o, document,
               Path::CreateEllipse(document.ToUnits(DPoint{o.x, o.y}), document.ToUnits(o.rx),
-                                  document.ToUnits(o.ry), fromDegrees * radians, toDegrees * radians, pie),
-              o.output);
+                                  document.ToUnits(o.ry), o.from * radians, o.to * radians, pie));
 }
+
+int RunCircle(const Options& options) {
+  Options ellipse = options;
+  ellipse.ry = options.rx;
+  return Ellipse(ellipse, false);
+}
+int RunEllipse(const Options& options) { return Ellipse(options, false); }
+int RunPie(const Options& options) { return Ellipse(options, true); }
 
 int RunRectangle(const Options& o) {
   const Document document = DocumentOfSize(std::max(o.rx, o.ry));
@@ -58,12 +62,12 @@ int RunRectangle(const Options& o) {
   const auto nodes = path.GetBuffer();
   for (std::size_t i = 0; i < nodes.count; ++i) nodes.points[i] += corner - DPoint{0, 0};
   path.ReleaseBuffer();
-  return Save(document, std::move(path), o.output);
+  return Save(o, document, std::move(path));
 }
 
 CLI::App* AddShapeCommand(CLI::App& shape, const char* name, const char* what, Options& options) {
   auto* command = shape.add_subcommand(name, what);
-  AddOutput(*command, options.output);
+  AddCommon(*command, options, Product::drawing, "The drawing of the shape");
   return command;
 }
 
@@ -85,24 +89,21 @@ void AddShape(CLI::App& program, int& exit) {
   Position(*circle, o, "CX", "CY");
   circle->add_option("R", o.rx)->required()->check(CLI::PositiveNumber);
   circle->footer("Example: lumo shape circle 50 50 20 -o circle.svg");
-  circle->callback([options, &exit] {
-    options->ry = options->rx;
-    exit = RunEllipse(*options, 0, 0, false);
-  });
+  OnRun(*circle, options, exit, RunCircle);
 
   auto* ellipse = AddShapeCommand(*shape, "ellipse", "An ellipse about CX CY", o);
   ellipse->footer("Example: lumo shape ellipse 50 50 40 20 -o ellipse.svg");
-  ellipse->callback([options, &exit] { exit = RunEllipse(*options, 0, 0, false); });
+  OnRun(*ellipse, options, exit, RunEllipse);
   auto* arc = AddShapeCommand(*shape, "arc", "An open arc of an ellipse", o);
   arc->footer(
       "Angles in degrees, clockwise on screen from the right.\nExample: lumo shape arc 50 50 40 20 0 90 -o "
       "arc.svg");
-  arc->callback([options, &exit] { exit = RunEllipse(*options, options->from, options->to, false); });
+  OnRun(*arc, options, exit, RunEllipse);
   auto* pie = AddShapeCommand(*shape, "pie", "A wedge of an ellipse", o);
   pie->footer(
       "Angles in degrees, clockwise on screen from the right.\nExample: lumo shape pie 50 50 40 40 -30 60 -o "
       "pie.svg");
-  pie->callback([options, &exit] { exit = RunEllipse(*options, options->from, options->to, true); });
+  OnRun(*pie, options, exit, RunPie);
   for (auto* command : {ellipse, arc, pie}) {
     Position(*command, o, "CX", "CY");
     command->add_option("RX", o.rx)->required()->check(CLI::PositiveNumber);
@@ -120,10 +121,11 @@ void AddShape(CLI::App& program, int& exit) {
   const std::map<std::string, Lumo::RectangleCorner> corners = {{"round", Lumo::RectangleCorner::round},
                                                                 {"scallop", Lumo::RectangleCorner::scallop},
                                                                 {"chamfer", Lumo::RectangleCorner::chamfer}};
-  rectangle->add_option("--corner", o.corner, "round, scallop or chamfer")
-      ->transform(CLI::CheckedTransformer(corners, CLI::ignore_case).description(""));
+  rectangle->add_option("--corner", o.corner, "What --radius makes of the corners")
+      ->transform(CLI::CheckedTransformer(corners, CLI::ignore_case).description(""))
+      ->type_name("round|scallop|chamfer");
   rectangle->footer("Example: lumo shape rect 10 10 80 50 --radius 8 --corner chamfer -o card.svg");
-  rectangle->callback([options, &exit] { exit = RunRectangle(*options); });
+  OnRun(*rectangle, options, exit, RunRectangle);
 }
 
 }  // namespace tool

@@ -33,6 +33,12 @@ struct Document {
   /// Left, top, width and height of what the drawing shows, in user units.
   double viewBox[4] = {0, 0, 0, 0};
   double unitsPerUser = 1;
+  /// User units of one CSS pixel, 1/96 inch: what lengths with a unit on the command line are measured by.
+  double userPerPixel = 1;
+  /// The unit in which the drawing states its width or height ("mm", or nothing for pixels) and the user
+  /// units of one; 0 when it states neither.
+  std::string sizeUnit;
+  double userPerSizeUnit = 0;
 
   double ToUser(double length) const { return length / unitsPerUser; }
   double ToUnits(double length) const { return length * unitsPerUser; }

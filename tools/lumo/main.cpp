@@ -5,8 +5,8 @@
 #include <new>
 
 #include "commands.h"
-#include "input_error.h"
 #include "lumo/export.h"
+#include "manual.h"
 
 int main(int argc, char** argv) {
   CLI::App program("Measure and edit the curves of SVG drawings", "lumo");
@@ -14,16 +14,18 @@ int main(int argc, char** argv) {
   program.set_version_flag("--version", std::to_string(LUMO_VERSION_MAJOR) + "." +
                                             std::to_string(LUMO_VERSION_MINOR) + "." +
                                             std::to_string(LUMO_VERSION_PATCH));
-  program.footer(
-      "DRAWING.svg may be - for standard input. Figures are in the drawing's own units.\n"
-      "Exit code: 0 done, 1 nothing found or nothing done, 2 bad input (one line on standard error says "
-      "which).");
+  program.footer(tool::Conventions());
+  program.formatter(tool::HelpFormatter());
+  program.failure_message([](const CLI::App*, const CLI::Error& error) {
+    return "lumo: " + std::string(error.what()) + " (lumo --help says more)\n";
+  });
   int exit = tool::kDone;
   for (const auto add :
        {tool::AddInfo, tool::AddClosest, tool::AddHit, tool::AddHierarchy, tool::AddIntersect,
         tool::AddBoolean, tool::AddOffset, tool::AddOutline, tool::AddEdit, tool::AddShape, tool::AddPoints,
-        tool::AddFit, tool::AddFlatten, tool::AddRepair})
+        tool::AddFit, tool::AddFlatten, tool::AddRepair, tool::AddReduce, tool::AddCompletion})
     add(program, exit);
+  tool::AddManual(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& success) {

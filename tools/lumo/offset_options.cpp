@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "input_error.h"
+#include "cli_model.h"
+#include "figures.h"
 #include "lumo/offset_corners.h"
-#include "report.h"
 #include "svg_write.h"
 
 namespace tool {
@@ -35,21 +35,18 @@ void DrawPicture(const Document& document, const std::vector<OffsetResult>& resu
 }  // namespace
 
 void AddOffsetOptions(CLI::App& command, OffsetOptions& options) {
-  AddDrawing(command, options);
-  command.add_option("--join", options.join, "Corners: round, miter, bevel, square or none")
-      ->check(CLI::IsMember({"round", "miter", "bevel", "square", "none"}))
+  AddDrawing(command, options, Product::drawing, "The drawing of the results");
+  AddChoice(command, "--join", options.join, {"round", "miter", "bevel", "square", "none"}, "Corners")
       ->capture_default_str();
   command.add_option("--miter-limit", options.miterLimit, "Corners sharper than this many degrees are cut")
-      ->check(CLI::Range(0.0, 180.0))
+      ->check(CLI::Range(0.0, 180.0).description(""))
+      ->type_name("DEG")
       ->capture_default_str();
-  command.add_option("--cap", options.cap, "Ends of open paths: butt, square or round")
-      ->check(CLI::IsMember({"butt", "square", "round"}))
+  AddChoice(command, "--cap", options.cap, {"butt", "square", "round"}, "Ends of open paths")
       ->capture_default_str();
-  command.add_option("--error", options.error, "Largest deviation, in the drawing's units")
-      ->check(CLI::PositiveNumber);
+  AddLength(command, "--error", options.error, "Largest deviation", Sign::positive);
   command.add_flag("!--no-combine", options.combine, "Leave results that overlap as they are");
   command.add_flag("--picture", options.picture, "Draw the sources grey and the results as lines over them");
-  AddOutput(command, options.output);
 }
 
 std::unique_ptr<Lumo::Offset::OffsetSettings> MakeSettings(const OffsetOptions& options,
@@ -59,12 +56,15 @@ std::unique_ptr<Lumo::Offset::OffsetSettings> MakeSettings(const OffsetOptions& 
       MakeJoin(options.join, options.miterLimit).release(),
       MakeJoin(options.cap, options.miterLimit).release(), distance, inwards);
   settings->SetCombineShape(options.combine);
-  if (options.error > 0) settings->SetMaxOffsetError(document.ToUnits(options.error));
+  const double error = options.error.ToUnits(document);
+  if (error > 0) settings->SetMaxOffsetError(error);
   return settings;
 }
 
-int FinishOffset(const OffsetOptions& options, const Document& document,
-                 const std::vector<OffsetResult>& results) {
+namespace {
+
+void Save(const OffsetOptions& options, const Document& document, const std::vector<OffsetResult>& results) {
+  const Stage stage(options, "write");
   SvgWriter writer(document);
   writer.ShowAll();
   if (options.picture) {
@@ -75,19 +75,24 @@ int FinishOffset(const OffsetOptions& options, const Document& document,
     }
   }
   writer.Save(options.output);
-  if (options.json) {
-    Json list = Json::array();
-    const double scale = document.unitsPerUser;
-    for (const OffsetResult& result : results) {
-      list.push_back({{"id", result.source->id},
-                      {"distance", result.distance / scale},
-                      {"subpaths", result.path.GetSubpathCount()},
-                      {"nodes", result.path.GetPointCount()},
-                      {"length", result.path.GetLength() / scale},
-                      {"area", result.path.GetArea() / scale / scale}});
-    }
-    PrintJson({{"file", document.file}, {"results", std::move(list)}});
+}
+
+void PrintAsJson(const Document& document, const std::vector<OffsetResult>& results) {
+  Json list = Json::array();
+  for (const OffsetResult& result : results) {
+    Json entry = JsonFigures(result.source->id, Measure(document, result.path));
+    entry["distance"] = document.ToUser(result.distance);
+    list.push_back(std::move(entry));
   }
+  PrintJson({{"file", document.file}, {"results", std::move(list)}});
+}
+
+}  // namespace
+
+int FinishOffset(const OffsetOptions& options, const Document& document,
+                 const std::vector<OffsetResult>& results) {
+  if (!options.output.empty()) Save(options, document, results);
+  if (options.json) PrintAsJson(document, results);
   const bool any =
       std::ranges::any_of(results, [](const OffsetResult& result) { return !result.path.IsEmpty(); });
   return any ? kDone : kNothing;

@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "document.h"
+#include "length.h"
 #include "lumo/offset_settings.h"
 
 namespace tool {
@@ -15,11 +16,10 @@ struct OffsetOptions : DrawingOptions {
   std::string join = "round";
   std::string cap = "round";
   double miterLimit = 15;
-  /// In user units; 0 leaves the library's choice.
-  double error = 0;
+  /// 0 leaves the library's choice.
+  Length error;
   bool combine = true;
   bool picture = false;
-  std::string output;
 };
 
 /// The options that both have.

@@ -1,6 +1,5 @@
 #include "report.h"
 
-#include <unistd.h>
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -48,26 +47,6 @@ std::string Figure(std::size_t value) { return std::to_string(value); }
 
 void PrintJson(const Json& json) {
   std::cout << json.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
-}
-
-Progress::Progress(std::size_t steps)
-    : steps_(steps),
-      watched_(isatty(STDERR_FILENO) != 0),
-      next_(std::chrono::steady_clock::now() + std::chrono::milliseconds(500)) {}
-
-Progress::~Progress() {
-  if (shown_) std::cerr << "\r\033[K" << std::flush;
-}
-
-void Progress::Step() {
-  ++done_;
-  if (!watched_ || std::chrono::steady_clock::now() < next_) return;
-  constexpr std::size_t kWidth = 40;
-  const std::size_t filled = std::min(kWidth, kWidth * done_ / std::max<std::size_t>(steps_, 1));
-  std::cerr << "\r[" << std::string(filled, '#') << std::string(kWidth - filled, ' ') << "] " << done_
-            << " of " << steps_ << std::flush;
-  shown_ = true;
-  next_ = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
 }
 
 Json JsonPoint(const Document& document, DPoint p) {

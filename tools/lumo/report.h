@@ -1,7 +1,6 @@
 #pragma once
 // Figures on standard output: a table for people, JSON for programs.
 
-#include <chrono>
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -31,23 +30,6 @@ std::string Figure(std::size_t value);
 
 /// Prints an object on one line for each of its top-level values; strings that are not UTF-8 are mended.
 void PrintJson(const Json& json);
-
-/// A bar on standard error for work that takes longer than half a second, when somebody watches it.
-class Progress {
- public:
-  explicit Progress(std::size_t steps);
-  ~Progress();
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-  void Step();
-
- private:
-  std::size_t steps_;
-  std::size_t done_ = 0;
-  bool watched_;
-  bool shown_ = false;
-  std::chrono::steady_clock::time_point next_;
-};
 
 /// A point as [x, y] in user units.
 Json JsonPoint(const Document& document, DPoint p);

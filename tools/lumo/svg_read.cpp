@@ -131,14 +131,27 @@ class Reader {
         return 0.0;  // missing, "auto", or a unit that only a browser knows
       }
     };
+    const double width = side("width"), height = side("height");
     if (const auto box = ParseViewBox(root.attribute("viewBox").value())) {
       std::ranges::copy(*box, document_.viewBox);
     } else {
-      document_.viewBox[2] = side("width");
-      document_.viewBox[3] = side("height");
+      document_.viewBox[2] = width;
+      document_.viewBox[3] = height;
     }
+    Size(root, width, height);
     context.viewport = {document_.viewBox[2], document_.viewBox[3]};
     Inherit(root, context);
+  }
+
+  /// How large a user unit is shown: where both sides are stated, the whole drawing fits between them.
+  void Size(pugi::xml_node root, double width, double height) {
+    const double across = width > 0 && document_.viewBox[2] > 0 ? document_.viewBox[2] / width : 0;
+    const double down = height > 0 && document_.viewBox[3] > 0 ? document_.viewBox[3] / height : 0;
+    const double userPerPixel = std::max(across, down);
+    if (!(userPerPixel > 0)) return;
+    document_.userPerPixel = userPerPixel;
+    document_.sizeUnit = UnitOf(root.attribute(across > 0 ? "width" : "height").value());
+    document_.userPerSizeUnit = userPerPixel * ParseLength("1" + document_.sizeUnit, {}, Extent::diagonal);
   }
 
   void Inherit(pugi::xml_node node, Context& context) const {
@@ -323,11 +336,8 @@ double UnitsPerUser(double side) {
 
 Document ReadSvgText(std::string_view text, const std::string& name) { return Reader(text, name).Read(); }
 
-Document ReadSvg(const std::string& file) {
-  if (file == "-") {
-    const std::string text{std::istreambuf_iterator<char>(std::cin), {}};
-    return ReadSvgText(text, "standard input");
-  }
+std::string ReadText(const std::string& file) {
+  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
   std::error_code error;
   if (std::filesystem::is_directory(file, error)) throw InputError(file + ": is a folder");
   std::ifstream in(file, std::ios::binary);
@@ -335,9 +345,13 @@ Document ReadSvg(const std::string& file) {
   std::ostringstream contents;
   contents << in.rdbuf();
   if (in.bad()) throw InputError(file + ": cannot be read");
-  const std::string text = std::move(contents).str();
+  std::string text = std::move(contents).str();
   if (text.starts_with("\x1f\x8b")) throw InputError(file + ": is compressed; unpack it with gunzip first");
-  return ReadSvgText(text, file);
+  return text;
+}
+
+Document ReadSvg(const std::string& file) {
+  return ReadSvgText(ReadText(file), file == "-" ? "standard input" : file);
 }
 
 }  // namespace tool

@@ -18,6 +18,8 @@ namespace {
 /// it.
 constexpr double kResolution = 0.001;
 constexpr int kMostDecimals = 15;
+/// Of the size at which the drawing is shown.
+constexpr int kSizeDecimals = 6;
 
 /// A decimal number without superfluous zeros.
 std::string Decimal(double value, int decimals) {
@@ -174,7 +176,13 @@ std::string SvgWriter::Text() const {
     right = std::max(right, document_.ToUser(box_.maxx));
     bottom = std::max(bottom, document_.ToUser(box_.maxy));
   }
-  std::string text = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"";
+  std::string text = "<svg xmlns=\"http://www.w3.org/2000/svg\"";
+  // What is larger than before is shown larger, so that a millimetre stays a millimetre.
+  if (const double unit = document_.userPerSizeUnit; unit > 0) {
+    text += " width=\"" + Decimal((right - left) / unit, kSizeDecimals) + document_.sizeUnit +
+            "\" height=\"" + Decimal((bottom - top) / unit, kSizeDecimals) + document_.sizeUnit + "\"";
+  }
+  text += " viewBox=\"";
   text += Decimal(left, decimals_) + " " + Decimal(top, decimals_) + " " + Decimal(right - left, decimals_) +
           " " + Decimal(bottom - top, decimals_) + "\">\n";
   return text + body_ + "</svg>\n";
