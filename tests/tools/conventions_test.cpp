@@ -109,7 +109,8 @@ TEST(Conventions, LengthsHaveUnitsAndDrawingsKeepTheirSize) {
   const struct {
     const char* length;
     double user;
-  } cases[] = {{"3", 3}, {"3mm", 6}, {"0.3cm", 6}, {"0.5in", 25.4}, {"72pt", 50.8}, {"96px", 50.8}, {"10%", 20}};
+  } cases[] = {{"3", 3},       {"3mm", 6},     {"0.3cm", 6}, {"0.5in", 25.4},
+               {"72pt", 50.8}, {"96px", 50.8}, {"10%", 20}};
   for (const auto& c : cases) {
     const auto result =
         LumoJson("offset - --join miter --json --distance " + std::string(c.length), sheet).at("results")[0];
@@ -129,7 +130,8 @@ TEST(Conventions, LongWorkShowsABarOnATerminalOnly) {
                               " --tries 3 --command 'sleep 0.4; ! grep -q ring' -o /dev/null";
   const std::string job = test::Scratch().Write("job.sh", std::string(LUMO_TOOL) + " " + command);
   const std::string shown = test::Scratch().Name("shown");
-  ASSERT_EQ(std::system(("script -qec 'sh " + job + "' /dev/null >" + shown + " </dev/null 2>&1").c_str()), 0);
+  ASSERT_EQ(std::system(("script -qec 'sh " + job + "' /dev/null >" + shown + " </dev/null 2>&1").c_str()),
+            0);
   const std::string screen = test::Contents(shown);
   EXPECT_THAT(screen, HasSubstr("reduce ["));
   EXPECT_THAT(screen, HasSubstr(" of 3, "));

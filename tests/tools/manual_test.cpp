@@ -13,10 +13,10 @@ namespace {
 using test::Lumo;
 using testing::HasSubstr;
 
-const std::string kCommands[] = {"info",    "closest",      "hit",         "hierarchy",        "intersect",
-                                 "offset",  "outline",      "edit",        "points",           "fit",
-                                 "flatten", "repair",       "reduce",      "completion",       "boolean union",
-                                 "boolean", "shape circle", "shape rect",  "boolean simplify", "shape"};
+const std::string kCommands[] = {"info",    "closest",      "hit",        "hierarchy",        "intersect",
+                                 "offset",  "outline",      "edit",       "points",           "fit",
+                                 "flatten", "repair",       "reduce",     "completion",       "boolean union",
+                                 "boolean", "shape circle", "shape rect", "boolean simplify", "shape"};
 
 /// The names of a subcommand's options, as its help shows them.
 std::vector<std::string> OptionsOf(const std::string& command) {
@@ -69,8 +69,8 @@ TEST(Completion, OfZshAndFishKnowsEverySubcommandAndOption) {
 /// What bash offers for a line: the last word is the one being typed.
 std::string Completed(const std::string& line) {
   const std::string script = test::Scratch().Write(
-      "complete.bash", "source <(" + std::string(LUMO_TOOL) + " completion bash)\n" +
-                           "COMP_WORDS=(" + line + ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_lumo\n" +
+      "complete.bash", "source <(" + std::string(LUMO_TOOL) + " completion bash)\n" + "COMP_WORDS=(" + line +
+                           ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_lumo\n" +
                            "echo \"${COMPREPLY[*]}\"\n");
   const std::string out = test::Scratch().Name("offered");
   EXPECT_EQ(std::system(("bash " + script + " >" + out).c_str()), 0) << line;

@@ -25,8 +25,8 @@ std::string Haystack(const std::string& needle) {
 }
 
 TEST(Reduction, LeavesOnlyWhatTheFailureNeeds) {
-  const tool::Document document =
-      tool::ReadSvgText(Haystack("<path id='x' d='M3.123 4.456L5 6L99.987 8.111C1 2 3 4 5 60.4321Z'/>"), "test");
+  const tool::Document document = tool::ReadSvgText(
+      Haystack("<path id='x' d='M3.123 4.456L5 6L99.987 8.111C1 2 3 4 5 60.4321Z'/>"), "test");
   // A node to the right of 90: one segment that reaches there, without handles, in round numbers.
   tool::Reduction reduction;
   reduction.holds = [](const std::string& svg) {
@@ -61,7 +61,8 @@ TEST(Reduction, EndsAtItsBoundWithWhatItHas) {
 }
 
 TEST(Reduce, ShrinksWhileTheCommandFailsInTheSameWay) {
-  const std::string file = test::Scratch().Write("hay.svg", Haystack("<circle id='needle' cx='9' cy='9' r='5'/>"));
+  const std::string file =
+      test::Scratch().Write("hay.svg", Haystack("<circle id='needle' cx='9' cy='9' r='5'/>"));
   // Fails with 3 on the needle and with 4 on drawings without any path: the second is another failure.
   const std::string checker = test::Scratch().Write(
       "check.sh", "grep -q needle \"$1\" && exit 3\ngrep -q '<path' \"$1\" || exit 4\nexit 0\n");
@@ -76,7 +77,8 @@ TEST(Reduce, ShrinksWhileTheCommandFailsInTheSameWay) {
   EXPECT_EQ(figures.at("after").at("elements"), 1);
   EXPECT_EQ(figures.at("paths")[0].at("id"), "needle");
   // On standard input too, and any failure: nothing is left then.
-  const auto any = Lumo("reduce - --any-failure --command 'sh " + checker + " /dev/stdin'", test::Contents(file));
+  const auto any =
+      Lumo("reduce - --any-failure --command 'sh " + checker + " /dev/stdin'", test::Contents(file));
   EXPECT_EQ(any.exit, 0) << any.error;
   EXPECT_EQ(any.out.find("<path"), std::string::npos);
 }
@@ -86,7 +88,8 @@ TEST(Reduce, KeepsToItsBounds) {
   const auto few = LumoJson("reduce " + file + " --command '! grep -q M30.125' --tries 3 --json");
   EXPECT_EQ(few.at("tries"), 3);
   // A command that hangs is a failure of its own kind, and its children end with it.
-  const auto hang = LumoJson("reduce " + file + " --command 'sleep 60; true' --seconds 0.05 --tries 4 --json");
+  const auto hang =
+      LumoJson("reduce " + file + " --command 'sleep 60; true' --seconds 0.05 --tries 4 --json");
   EXPECT_EQ(hang.at("ending"), "the time limit");
   const auto fine = Lumo("reduce " + file + " --command true");
   EXPECT_EQ(fine.exit, 1);

@@ -8,11 +8,13 @@
 namespace tool {
 
 void AddCompletion(CLI::App& program, int& exit) {
-  auto* command = program.add_subcommand("completion", "Prints what a shell needs to complete lumo's command line");
+  auto* command =
+      program.add_subcommand("completion", "Prints what a shell needs to complete lumo's command line");
   const auto shell = std::make_shared<std::string>();
   AddChoice(*command, "SHELL", *shell, {"bash", "zsh", "fish"}, "The shell")->required();
   command->footer(
-      "The packages install it. By hand: in bash, read it from ~/.bashrc as in the example; in zsh, write it to a "
+      "The packages install it. By hand: in bash, read it from ~/.bashrc as in the example; in zsh, write it "
+      "to a "
       "file _lumo in a folder of $fpath; in fish, to ~/.config/fish/completions/lumo.fish.\n"
       "Example: source <(lumo completion bash)\n"
       "Example: lumo completion fish >~/.config/fish/completions/lumo.fish");

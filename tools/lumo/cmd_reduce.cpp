@@ -117,11 +117,13 @@ int Run(const Options& options) {
   }
   const std::size_t bytes = SvgText(small).size();
   if (!options.output.empty()) SaveDocument(small, options.output);
-  DeliverFigures(options, small,
-                 {{"ending", wanted.Text()},
-                  {"tries", reduction.tries},
-                  {"before", {{"elements", document.elements.size()}, {"nodes", Nodes(document)}, {"bytes", plain.size()}}},
-                  {"after", {{"elements", small.elements.size()}, {"nodes", Nodes(small)}, {"bytes", bytes}}}});
+  DeliverFigures(
+      options, small,
+      {{"ending", wanted.Text()},
+       {"tries", reduction.tries},
+       {"before",
+        {{"elements", document.elements.size()}, {"nodes", Nodes(document)}, {"bytes", plain.size()}}},
+       {"after", {{"elements", small.elements.size()}, {"nodes", Nodes(small)}, {"bytes", bytes}}}});
   return bytes < plain.size() ? kDone : kNothing;
 }
 
@@ -149,9 +151,12 @@ void AddReduce(CLI::App& program, int& exit) {
       ->type_name("S")
       ->capture_default_str();
   command->footer(
-      "A command fails when it ends with a signal, with an exit code other than 0, or not in time. Taken away are "
-      "elements, subpaths, segments, handles, attributes and digits, as long as the command fails as before. Ctrl-C "
-      "keeps what has been reached. Exit code 1 when the command does not fail on the drawing, or nothing can be "
+      "A command fails when it ends with a signal, with an exit code other than 0, or not in time. Taken "
+      "away are "
+      "elements, subpaths, segments, handles, attributes and digits, as long as the command fails as before. "
+      "Ctrl-C "
+      "keeps what has been reached. Exit code 1 when the command does not fail on the drawing, or nothing "
+      "can be "
       "taken away.\n"
       "Example: lumo reduce crash.svg --command 'my-editor --export {}' -o small.svg");
   OnRun(*command, options, exit, Run);

@@ -6,9 +6,10 @@ namespace tool {
 
 void AddCommon(CLI::App& command, CommonOptions& options, Product product, const std::string& drawn) {
   options.product = product;
-  command.add_option("-o,--output", options.output,
-                     drawn + "; - for standard output" +
-                         (product == Product::drawing ? ", where it also goes without -o and --json" : ""))
+  command
+      .add_option("-o,--output", options.output,
+                  drawn + "; - for standard output" +
+                      (product == Product::drawing ? ", where it also goes without -o and --json" : ""))
       ->type_name("FILE");
   command.add_flag("--json", options.json, "Print the figures as one JSON object");
   command.add_flag("-v,--verbose", options.verbose, "Say on standard error how long each stage took");

@@ -17,7 +17,8 @@ std::vector<std::string> Names(const std::vector<CliCommand>& commands) {
 
 std::vector<std::string> OptionNames(const CliCommand& command) {
   std::vector<std::string> names;
-  for (const CliOption& option : command.options) names.insert(names.end(), option.names.begin(), option.names.end());
+  for (const CliOption& option : command.options)
+    names.insert(names.end(), option.names.begin(), option.names.end());
   return names;
 }
 
@@ -62,8 +63,7 @@ std::string ZshOption(const CliOption& option) {
     return std::string("'") + (option.required ? ":" : "::") + bare(option.value) + ":" + action + "'";
   }
   const std::string names = option.names.size() > 1 ? "{" + join(option.names, ",") + "}" : option.names[0];
-  const std::string excluded =
-      option.many ? std::string("'*'") : "'(" + join(option.names, " ") + ")'";
+  const std::string excluded = option.many ? std::string("'*'") : "'(" + join(option.names, " ") + ")'";
   return excluded + names + "'[" + bare(Short(option.description)) + "]" + value + "'";
 }
 
@@ -78,11 +78,13 @@ std::string BashCompletion(const CliCommand& program) {
     for (const CliOption& option : command->options) {
       if (option.value.empty() || (option.positional && option.choices.empty())) continue;
       if (option.positional) {
-        values << "    \"" << command->path << "\")\n      choices=\"" << join(option.choices, " ") << "\" ;;\n";
+        values << "    \"" << command->path << "\")\n      choices=\"" << join(option.choices, " ")
+               << "\" ;;\n";
         continue;
       }
       std::vector<std::string> patterns;
-      for (const std::string& name : option.names) patterns.push_back("\"" + command->path + " " + name + "\"");
+      for (const std::string& name : option.names)
+        patterns.push_back("\"" + command->path + " " + name + "\"");
       values << "    " << join(patterns, " | ") << ")\n";
       if (!option.choices.empty()) {
         values << "      choices=\"" << join(option.choices, " ") << "\" ;;\n";

@@ -46,9 +46,9 @@ bool lexical_cast(const std::string& text, Length& length) {
 
 CLI::Option* AddLength(CLI::App& command, const std::string& name, Length& length, const std::string& what,
                        Sign sign) {
-  return command.add_option(name, length, what)
-      ->type_name("LENGTH")
-      ->check([sign](const std::string& text) { return Fault(text, sign); });
+  return command.add_option(name, length, what)->type_name("LENGTH")->check([sign](const std::string& text) {
+    return Fault(text, sign);
+  });
 }
 
 }  // namespace tool

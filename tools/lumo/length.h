@@ -9,8 +9,8 @@
 namespace tool {
 
 /// A number in the drawing's user units, or with one of px, pt, pc, mm, cm, in, q: then as large as that is
-/// where the drawing states its size (a user unit is a pixel, 1/96 inch, where it does not); or with %: of the
-/// drawing's diagonal over the square root of two, as SVG measures percentages that have no direction.
+/// where the drawing states its size (a user unit is a pixel, 1/96 inch, where it does not); or with %: of
+/// the drawing's diagonal over the square root of two, as SVG measures percentages that have no direction.
 struct Length {
   std::string text = "0";
   double ToUser(const Document& document) const;

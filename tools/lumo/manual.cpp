@@ -95,7 +95,8 @@ class Page {
     std::string text = "\\fB" + Roff(command.path) + "\\fR";
     for (const CliOption& option : command.options) {
       if (option.positional)
-        text += option.required ? " \\fI" + Roff(option.value) + "\\fR" : " [\\fI" + Roff(option.value) + "\\fR]";
+        text +=
+            option.required ? " \\fI" + Roff(option.value) + "\\fR" : " [\\fI" + Roff(option.value) + "\\fR]";
     }
     if (!command.subcommands.empty()) text += " \\fISUBCOMMAND\\fR";
     return text + " [\\fIOPTIONS\\fR]";
@@ -149,14 +150,19 @@ std::shared_ptr<CLI::FormatterBase> HelpFormatter() { return std::make_shared<He
 
 std::string Conventions() {
   return "Any SVG serves: groups, transforms, units, basic shapes, arcs and use are resolved.\n"
-         "DRAWING.svg may be - for standard input. -o names the drawing to write, - standard output. Figures go "
-         "to standard output, as a table or with --json as one object; the table gives way to a drawing there.\n"
-         "Figures and positions are in the user units of the drawing (the first, of two). A LENGTH is a number "
+         "DRAWING.svg may be - for standard input. -o names the drawing to write, - standard output. Figures "
+         "go "
+         "to standard output, as a table or with --json as one object; the table gives way to a drawing "
+         "there.\n"
+         "Figures and positions are in the user units of the drawing (the first, of two). A LENGTH is a "
+         "number "
          "of them, or has a unit (px, pt, pc, mm, cm, in, q: as large as the drawing states its size; %: of "
          "its diagonal over the square root of two). Angles are in degrees.\n"
-         "Long work shows a bar on standard error when that is a terminal; --verbose tells there how long each "
+         "Long work shows a bar on standard error when that is a terminal; --verbose tells there how long "
+         "each "
          "stage took.\n"
-         "Exit code: 0 done; 1 nothing found, nothing to do, or the answer is no; 2 bad input or a wrong command "
+         "Exit code: 0 done; 1 nothing found, nothing to do, or the answer is no; 2 bad input or a wrong "
+         "command "
          "line, with one line on standard error that says which.";
 }
 

@@ -154,7 +154,9 @@ void Straighten(Sketch& sketch, std::size_t first, std::size_t count) {
 }
 /// To multiples of `step`, in document units. The start of an outline goes with its first segment.
 void Round(Sketch& sketch, std::size_t first, std::size_t count, double step) {
-  const auto round = [step](DPoint& p) { p = {std::round(p.x / step) * step, std::round(p.y / step) * step}; };
+  const auto round = [step](DPoint& p) {
+    p = {std::round(p.x / step) * step, std::round(p.y / step) * step};
+  };
   ForPieces(sketch, first, count, [&](Outline& outline, Piece& piece) {
     if (&piece == outline.pieces.data()) round(outline.start);
     std::ranges::for_each(piece.points, round);
@@ -187,8 +189,8 @@ class Reducer {
     Sweep(CountPieces, Straighten);
     Sweep(CountOutlines, Open);
     Sweep(CountAttributes, DropAttributes);
-    // From hundreds of user units to a ten-thousandth: the first precision that serves for all is the start of
-    // what single nodes may do with less.
+    // From hundreds of user units to a ten-thousandth: the first precision that serves for all is the start
+    // of what single nodes may do with less.
     constexpr int kCoarsest = 2, kFinest = -4;
     for (int digit = kCoarsest; digit >= kFinest; --digit) {
       const double step = std::pow(10.0, digit) * document_.unitsPerUser;

@@ -18,7 +18,8 @@ struct Ending {
 
 /// Runs `sh -c command` with this file as standard input, silently, in a process group of its own, which is
 /// killed when the time is over. An InputError when no process can be made.
-Ending RunShell(const std::string& command, const std::string& inputFile, std::chrono::duration<double> limit);
+Ending RunShell(const std::string& command, const std::string& inputFile,
+                std::chrono::duration<double> limit);
 
 /// A word of the shell that stands for this text.
 std::string ShellWord(const std::string& text);

@@ -13,8 +13,8 @@ namespace tool {
 
 struct CommonOptions;
 
-/// While it lives, a bar is drawn as soon as half a second has passed, when somebody watches (standard error is
-/// a terminal); at its end the bar is wiped away, and with --verbose a line tells the time. The bar has a
+/// While it lives, a bar is drawn as soon as half a second has passed, when somebody watches (standard error
+/// is a terminal); at its end the bar is wiped away, and with --verbose a line tells the time. The bar has a
 /// thread of its own: a single long step shows that the program is alive.
 class Stage {
  public:
