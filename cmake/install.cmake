@@ -1,14 +1,34 @@
 include(CMakePackageConfigHelpers)
 
-install(TARGETS lumo EXPORT LumoTargets RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/lumo include/tav DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT LumoTargets NAMESPACE Lumo:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Lumo)
+# Three components, as distributions divide them: library (what a host loads), development (what it is built with) and
+# program (the lumo command). Below /usr files go where a distribution's own go; anywhere else the installed tree may be
+# moved as a whole.
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(LUMO_VENDOR "vendor-")
+  set(LUMO_GDB_VIEWS_DIR ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/usr/${CMAKE_INSTALL_LIBDIR})
+else()
+  set(LUMO_VENDOR "")
+  set(LUMO_GDB_VIEWS_DIR ${CMAKE_INSTALL_LIBDIR})
+  file(RELATIVE_PATH to_library "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set(LUMO_INSTALL_RPATH "$ORIGIN/${to_library}")
+endif()
+
+install(TARGETS lumo EXPORT LumoTargets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+install(DIRECTORY include/lumo include/tav DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT LumoTargets NAMESPACE Lumo:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Lumo COMPONENT development)
+if(WIN32)
+  install(FILES tools/debugger/lumo.natvis DESTINATION ${CMAKE_INSTALL_DATADIR}/lumo COMPONENT development)
+else()
+  install(FILES ${LUMO_GDB_VIEWS} DESTINATION ${LUMO_GDB_VIEWS_DIR} COMPONENT development)
+endif()
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/LumoConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 configure_file(cmake/LumoConfig.cmake.in ${PROJECT_BINARY_DIR}/LumoConfig.cmake @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/LumoConfig.cmake ${PROJECT_BINARY_DIR}/LumoConfigVersion.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Lumo)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Lumo COMPONENT development)
 
 # lumo.pc finds its folders from where it stands, so that an installed tree may be moved. Absolute install folders, as some
 # distributions set them, stay as they are.
@@ -27,4 +47,4 @@ else()
   set(LUMO_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
 configure_file(cmake/lumo.pc.in ${PROJECT_BINARY_DIR}/lumo.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/lumo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/lumo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
