@@ -40,11 +40,11 @@ int main() {
   const NODETYPE smooth = NODETYPE::kCurve | NODETYPE::kSmooth | NODETYPE::kUser | NODETYPE::kEnabled;
   const NODETYPE handle = NODETYPE::kControl;
   const std::vector<NODETYPE> list = {start, handle, handle, smooth};
-  for (const void* seen : {static_cast<const void*>(&open), static_cast<const void*>(&closed),
-                           static_cast<const void*>(&shared), static_cast<const void*>(&empty),
-                           static_cast<const void*>(&several), static_cast<const void*>(&reference),
-                           static_cast<const void*>(&malformed), static_cast<const void*>(&moved),
-                           static_cast<const void*>(&taker), static_cast<const void*>(&list)})
+  for (const void* seen :
+       {static_cast<const void*>(&open), static_cast<const void*>(&closed), static_cast<const void*>(&shared),
+        static_cast<const void*>(&empty), static_cast<const void*>(&several),
+        static_cast<const void*>(&reference), static_cast<const void*>(&malformed),
+        static_cast<const void*>(&moved), static_cast<const void*>(&taker), static_cast<const void*>(&list)})
     StopHere(seen);
   return 0;
 }

@@ -57,29 +57,29 @@ class PathText:
     def place(self, i):
         return number(self.points[i]["x"]) + " " + number(self.points[i]["y"])
 
-    def upto(self, limit):
-        text, start, i = [], None, 0
+    def text(self, limit):
+        parts, start, i = [], None, 0
         while i < min(self.count, limit):
             kind, closed = self.kind(i), int(self.types[i]["value"]) & CLOSED
             if kind == MOVE:
                 start, goes_back = self.place(i), closed
-                text.append("M" + start)
+                parts.append("M" + start)
             elif start is not None and kind == CONTROL and self.kind(i + 1) == CONTROL and self.kind(i + 2) == CURVE:
-                text.append("C" + " ".join(self.place(k) for k in (i, i + 1, i + 2)))
+                parts.append("C" + " ".join(self.place(k) for k in (i, i + 1, i + 2)))
                 i += 2
                 closed = int(self.types[i]["value"]) & CLOSED
             elif start is not None and kind == LINE:
                 # The Z that follows draws the closing line.
                 if not (closed and goes_back and self.place(i) == start):
-                    text.append("L" + self.place(i))
+                    parts.append("L" + self.place(i))
             else:
-                text.append("?" + self.place(i))
+                parts.append("?" + self.place(i))
             if kind != MOVE and closed:
-                text.append("Z")
+                parts.append("Z")
             i += 1
         if i < self.count:
-            text.append("... (%d nodes)" % self.count)
-        return "".join(text)
+            parts.append("... (%d nodes)" % self.count)
+        return "".join(parts)
 
 
 class PathPrinter:
@@ -95,7 +95,7 @@ class PathPrinter:
             if count < 0:
                 return "(not a path)"
             limit = gdb.parameter("print elements") or MOST_NODES
-            return PathText(points, types, count).upto(limit) or "(empty)"
+            return PathText(points, types, count).text(limit) or "(empty)"
         except gdb.error:
             return "(not a path)"  # not constructed yet, or overwritten
 
