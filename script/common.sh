@@ -16,6 +16,14 @@ build() {
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
+# build_quietly PRESET TARGET...: the same, silent unless it fails.
+build_quietly() {
+  local log
+  log=$(mktemp)
+  build "$@" >"$log" 2>&1 || { cat "$log"; rm -f "$log"; return 1; }
+  rm -f "$log"
+}
+
 # tests_with PATTERN: the test programs, as CMake targets, that have a source with this pattern in it.
 tests_with() {
   grep -lE "$1" tests/*/*_test.cpp 2>/dev/null | while read -r file; do
