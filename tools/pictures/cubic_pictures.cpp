@@ -36,7 +36,8 @@ void Split(Picture& p) {
   DPoint left[4], right[4];
   CubicBezier::Split(0.4, kArch.data(), left, right);
   p.Panel("cubic").Show(PathOf(kArch)).Panel("left and right of t = 0.4");
-  p.Line(PathOf({left[0], left[1], left[2], left[3]}), kNew).Nodes(PathOf({left[0], left[1], left[2], left[3]}));
+  p.Line(PathOf({left[0], left[1], left[2], left[3]}), kNew)
+      .Nodes(PathOf({left[0], left[1], left[2], left[3]}));
   p.Line(PathOf({right[0], right[1], right[2], right[3]}), kThird);
   p.Nodes(PathOf({right[0], right[1], right[2], right[3]}));
 }
@@ -197,7 +198,8 @@ void AdaptiveLines(Picture& p) {
     DPoint points[64];
     const double limit = tolerance * kUnit;
     const int n = TavMath::AdaptiveBezierToLines(kS.data(), points, limit * limit, 64);
-    p.Panel("tolerance " + std::to_string(static_cast<int>(limit)) + " units: " + std::to_string(n) + " lines");
+    p.Panel("tolerance " + std::to_string(static_cast<int>(limit)) + " units: " + std::to_string(n) +
+            " lines");
     p.Line(PathOf(kS), kOld, 3).Line(PathOf(points, n), kNew, 1);
     for (int i = 0; i <= n; ++i) p.Dot(points[i], kNew, 2);
   }

@@ -58,7 +58,8 @@ void RemoveOpen(Picture& p) {
 void Directed(Picture& p, const Path& path) {
   p.Show(path);
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
-    if (path.GetNodeType(i).IsOnCurve()) p.Text(path.GetPoint(i) + DVector{2 * kUnit, 2 * kUnit}, std::to_string(i));
+    if (path.GetNodeType(i).IsOnCurve())
+      p.Text(path.GetPoint(i) + DVector{2 * kUnit, 2 * kUnit}, std::to_string(i));
   }
 }
 void ReverseSubpath(Picture& p) {
@@ -87,9 +88,8 @@ Path Apart(Path path) {
 }
 void BreakEnabled(Picture& p) {
   const Path path = Select(Bridge(), {1, 4});
-  const Path after = Edited(path, 2, [](DPoint* points, NODETYPE* types, int n) {
-    return CRV_BreakEnabled(points, types, n, 0);
-  });
+  const Path after = Edited(
+      path, 2, [](DPoint* points, NODETYPE* types, int n) { return CRV_BreakEnabled(points, types, n, 0); });
   p.Panel("before").Show(path).Panel("three pieces, drawn apart").Show(Apart(after));
 }
 void BreakAt(Picture& p) {
@@ -97,7 +97,8 @@ void BreakAt(Picture& p) {
     return CRV_BreakAtLocation(points, types, n, 4, 0.5);
   });
   Path end = after;
-  end.AlignSingleNodeToPosition(end.GetPointCount() - 1, end.GetPoint(end.GetPointCount() - 1) + DVector{-4000, 4000});
+  end.AlignSingleNodeToPosition(end.GetPointCount() - 1,
+                                end.GetPoint(end.GetPointCount() - 1) + DVector{-4000, 4000});
   p.Panel("before").Show(Ring()).Panel("open at t = 0.5, ends drawn apart").Show(end);
 }
 void JoinTwo(Picture& p) {
@@ -124,10 +125,10 @@ void JoinLines(Picture& p) {
                 }));
 }
 void DeleteEnabled(Picture& p) {
-  const Path path = Select(Smooth(Parse("M 8 15 C 8 50 20 72 35 66 C 50 60 50 28 63 26 C 76 24 90 45 92 70"), {3, 6}), {3});
-  const Path after = Edited(path, 0, [](DPoint* points, NODETYPE* types, int n) {
-    return CRV_DeleteEnabled(points, types, n);
-  });
+  const Path path =
+      Select(Smooth(Parse("M 8 15 C 8 50 20 72 35 66 C 50 60 50 28 63 26 C 76 24 90 45 92 70"), {3, 6}), {3});
+  const Path after = Edited(
+      path, 0, [](DPoint* points, NODETYPE* types, int n) { return CRV_DeleteEnabled(points, types, n); });
   p.Panel("before").Show(path).Panel("one curve fitted to two").Line(path, kOld, 3).Show(after);
 }
 void ToCurve(Picture& p) {
@@ -170,7 +171,8 @@ void Transform(Picture& p) {
 void EnabledBox(Picture& p) {
   const Path path = Select(Bridge(), {1, 4, 5});
   tagRECT box{};
-  CRV_GetEnabledBoundingBox(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()), &box);
+  CRV_GetEnabledBoundingBox(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()),
+                            &box);
   p.Panel("the box of the selected nodes").Show(path);
   p.Box({1.0 * box.left, 1.0 * box.bottom, 1.0 * box.right, 1.0 * box.top});
 }
@@ -178,9 +180,13 @@ void Reduce(Picture& p) {
   Path path = Parse("M 8 40 C 30 90 50 90 50 40 C 50 -10 75 0 92 40");
   path.DivideEqually(12);
   path.EnableAllNodes();
-  p.Panel("before").Show(path).Panel("within 1000 units").Line(path, kOld, 3).Show(Edited(path, 0, [](DPoint* points, NODETYPE* types, int n) {
-    return CRV_ReduceEnabled(points, types, n, 1000);
-  }));
+  p.Panel("before")
+      .Show(path)
+      .Panel("within 1000 units")
+      .Line(path, kOld, 3)
+      .Show(Edited(path, 0, [](DPoint* points, NODETYPE* types, int n) {
+        return CRV_ReduceEnabled(points, types, n, 1000);
+      }));
 }
 void Thin(Picture& p) {
   const Path path = Parse("M 10 20 C 20 60 50 70 90 60 C 50 69 20 59 10 20 Z");
@@ -193,7 +199,8 @@ void Controls(Picture& p) {
   path.EnableAllControls();
   p.Panel("enabled: red, also the handles").Show(path);
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
-    if (path.GetNodeType(i).IsControl() && path.GetNodeType(i).IsEnabled()) p.Dot(path.GetPoint(i), kNew, 2.5);
+    if (path.GetNodeType(i).IsControl() && path.GetNodeType(i).IsEnabled())
+      p.Dot(path.GetPoint(i), kNew, 2.5);
   }
 }
 void SubpathSelection(Picture& p) {

@@ -1,5 +1,5 @@
-// Draws a picture of every operation that has a shape, by the operations themselves: pictures FOLDER writes NAME.svg for
-// each function or class NAME. The reference shows them, see script/reference.
+// Draws a picture of every operation that has a shape, by the operations themselves: pictures FOLDER writes
+// NAME.svg for each function or class NAME. The reference shows them, see script/reference.
 
 #include <cstdio>
 #include <fstream>

@@ -11,7 +11,10 @@ Path Bridge() { return Parse("M 10 10 L 10 40 C 10 75 60 75 60 40 L 90 40 L 90 1
 Path Ring() { return Parse("M 15 15 L 85 15 C 85 45 75 70 50 70 C 25 70 15 45 15 15 Z"); }
 Path Wave() { return Smooth(Parse("M 8 20 C 20 80 35 80 45 40 C 55 0 75 0 92 60"), {3}); }
 Path Strokes() { return Parse("M 8 20 C 8 50 20 65 40 60 M 60 55 L 92 55 L 80 15"); }
-Path Scattered() { return Parse("M 10 12 L 40 14 M 48 10 L 80 12 M 88 20 L 86 50 M 85 60 L 55 70 M 45 68 L 12 60 M 8 52 L 8 22"); }
+Path Scattered() {
+  return Parse(
+      "M 10 12 L 40 14 M 48 10 L 80 12 M 88 20 L 86 50 M 85 60 L 55 70 M 45 68 L 12 60 M 8 52 L 8 22");
+}
 
 /// Before and after one call.
 template <class Edit>
@@ -63,15 +66,22 @@ void Fitted(Picture& p) {
   for (const DPoint& at : points) p.Dot(at, kInk, 1.5);
   p.Panel("within 1500 units").Show(path);
 }
-void DivideEqually(Picture& p) { Change(p, Wave(), [](Path& path) { path.DivideEqually(6); }); }
+void DivideEqually(Picture& p) {
+  Change(p, Wave(), [](Path& path) { path.DivideEqually(6); });
+}
 void Polyline(Picture& p) {
-  p.Panel("before").Show(Wave()).Panel("lines within 1000 units").Line(Wave(), kOld, 3).Show(Wave().GetPolyline(1000));
+  p.Panel("before")
+      .Show(Wave())
+      .Panel("lines within 1000 units")
+      .Line(Wave(), kOld, 3)
+      .Show(Wave().GetPolyline(1000));
 }
 void TransformPoints(Picture& p) {
   Change(p, Bridge(), [](Path& path) { path.TransformPoints(MATRIX{0.7, 0.2, -0.4, 0.7, 30 * kUnit, 0}); });
 }
 void Translate(Picture& p) {
-  Change(p, Parse("M 10 10 L 10 40 C 10 60 40 60 40 40 L 60 40"), [](Path& path) { path.TranslatePoints(DVector{30 * kUnit, 20 * kUnit}); });
+  Change(p, Parse("M 10 10 L 10 40 C 10 60 40 60 40 40 L 60 40"),
+         [](Path& path) { path.TranslatePoints(DVector{30 * kUnit, 20 * kUnit}); });
 }
 void ToFit(Picture& p) {
   Path path = Wave();
@@ -86,36 +96,61 @@ void Replace(Picture& p) {
     path.ReplacePoints(2, 3, hook.GetPoints() + 1, hook.GetNodeTypes() + 1, 2);
   });
 }
-void JoinTouching(Picture& p) { Change(p, Scattered(), [](Path& path) { path.JoinTouchingSubpaths(12000); }); }
-void JoinClosest(Picture& p) { Change(p, Scattered(), [](Path& path) { path.JoinClosestPairsAddingLineSegments(); }); }
+void JoinTouching(Picture& p) {
+  Change(p, Scattered(), [](Path& path) { path.JoinTouchingSubpaths(12000); });
+}
+void JoinClosest(Picture& p) {
+  Change(p, Scattered(), [](Path& path) { path.JoinClosestPairsAddingLineSegments(); });
+}
 void JoinCurves(Picture& p) {
   Change(p, Select(Strokes(), {3, 4}), [](Path& path) { path.JoinEnabledAddingCurves(); });
 }
-void JoinMember(Picture& p) { Change(p, Strokes(), [](Path& path) { path.Join(3, 4); }); }
-void JoinEnds(Picture& p) { Change(p, Bridge(), [](Path& path) { path.JoinEndpoints(); }); }
-void CloseOne(Picture& p) { Change(p, Strokes(), [](Path& path) { path.CloseSubpath(5); }); }
-void CloseLast(Picture& p) { Change(p, Strokes(), [](Path& path) { path.CloseLastSubpath(1000, true); }); }
-void CloseAll(Picture& p) { Change(p, Strokes(), [](Path& path) { path.CloseOpenSubpaths(); }); }
+void JoinMember(Picture& p) {
+  Change(p, Strokes(), [](Path& path) { path.Join(3, 4); });
+}
+void JoinEnds(Picture& p) {
+  Change(p, Bridge(), [](Path& path) { path.JoinEndpoints(); });
+}
+void CloseOne(Picture& p) {
+  Change(p, Strokes(), [](Path& path) { path.CloseSubpath(5); });
+}
+void CloseLast(Picture& p) {
+  Change(p, Strokes(), [](Path& path) { path.CloseLastSubpath(1000, true); });
+}
+void CloseAll(Picture& p) {
+  Change(p, Strokes(), [](Path& path) { path.CloseOpenSubpaths(); });
+}
 void BreakLength(Picture& p) {
   Path path = Wave();
   path.BreakAtLength(path.GetLength() / 3);
   p.Panel("before").Show(Wave()).Panel("at a third, drawn apart").Show(Apart(path));
 }
-void DeleteNode(Picture& p) { Change(p, Bridge(), [](Path& path) { path.DeleteNode(4); }); }
-void DeleteSegment(Picture& p) { Change(p, Bridge(), [](Path& path) { path.DeleteSegment(4); }); }
-void DeleteSubpath(Picture& p) { Change(p, Strokes(), [](Path& path) { path.DeleteSubpath(0); }); }
+void DeleteNode(Picture& p) {
+  Change(p, Bridge(), [](Path& path) { path.DeleteNode(4); });
+}
+void DeleteSegment(Picture& p) {
+  Change(p, Bridge(), [](Path& path) { path.DeleteSegment(4); });
+}
+void DeleteSubpath(Picture& p) {
+  Change(p, Strokes(), [](Path& path) { path.DeleteSubpath(0); });
+}
 void SelectedChords(Picture& p) {
   Change(p, Select(Bridge(), {1, 4, 5}), [](Path& path) { path.DeleteSelectedChords(); });
 }
 void UnselectedChords(Picture& p) {
   Change(p, Select(Bridge(), {1, 4, 5}), [](Path& path) { path.DeleteUnselectedChords(); });
 }
-void ToLine(Picture& p) { Change(p, Ring(), [](Path& path) { path.ConvertToLine(4); }); }
-void ToCurve(Picture& p) { Change(p, Ring(), [](Path& path) { path.ConvertToCurve(1); }); }
+void ToLine(Picture& p) {
+  Change(p, Ring(), [](Path& path) { path.ConvertToLine(4); });
+}
+void ToCurve(Picture& p) {
+  Change(p, Ring(), [](Path& path) { path.ConvertToCurve(1); });
+}
 void Spin(Picture& p) {
   const auto numbers = [&p](const Path& path) {
     for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
-      if (path.GetNodeType(i).IsUser()) p.Text(path.GetPoint(i) + DVector{2 * kUnit, 2 * kUnit}, std::to_string(i), kNew);
+      if (path.GetNodeType(i).IsUser())
+        p.Text(path.GetPoint(i) + DVector{2 * kUnit, 2 * kUnit}, std::to_string(i), kNew);
     }
   };
   Path path = Ring();
@@ -137,7 +172,8 @@ void AlignEdge(Picture& p) {
   Change(p, Select(Bridge(), {1, 4, 6}), [](Path& path) { path.AlignEnabledNodes(Lumo::NodeEdge::left); });
 }
 void AlignPosition(Picture& p) {
-  Change(p, Select(Bridge(), {1, 4}), [](Path& path) { path.AlignEnabledNodesToPosition(At(0, 25), false, true); });
+  Change(p, Select(Bridge(), {1, 4}),
+         [](Path& path) { path.AlignEnabledNodesToPosition(At(0, 25), false, true); });
 }
 void AlignPixel(Picture& p) {
   Path path = Parse("M 13 17 L 57 62 L 88 33");
@@ -156,7 +192,12 @@ void BreakAtOther(Picture& p) {
   const Path other = Parse("M 5 55 L 95 25");
   Path path = Wave();
   path.BreakAtIntersections(other);
-  p.Panel("before").Show(Wave()).Line(other, kThird).Panel("pieces, drawn apart").Show(Apart(path)).Line(other, kThird);
+  p.Panel("before")
+      .Show(Wave())
+      .Line(other, kThird)
+      .Panel("pieces, drawn apart")
+      .Show(Apart(path))
+      .Line(other, kThird);
 }
 void BreakAtSelf(Picture& p) {
   const Path loop = Parse("M 10 10 C 130 75 -30 75 90 10");

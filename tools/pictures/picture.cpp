@@ -72,7 +72,9 @@ std::string Picture::X(double x) const {
   return Number((panels_ - 1) * kPanelWidth + x / kUnit * kPanelWidth / 100);
 }
 
-std::string Picture::Y(double y) const { return Number(kCaption + kPanelHeight - y / kUnit * kPanelHeight / 80); }
+std::string Picture::Y(double y) const {
+  return Number(kCaption + kPanelHeight - y / kUnit * kPanelHeight / 80);
+}
 
 std::string Picture::Data(const Path& path) const {
   std::string data;
@@ -99,8 +101,8 @@ Picture& Picture::Fill(const Path& path, const char* colour) {
 }
 
 Picture& Picture::Line(const Path& path, const char* colour, double width, bool dashed) {
-  body_ += "<path fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" + Number(width) + "\"" +
-           (dashed ? " stroke-dasharray=\"4 3\"" : "") + " d=\"" + Data(path) + "\"/>\n";
+  body_ += "<path fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" + Number(width) +
+           "\"" + (dashed ? " stroke-dasharray=\"4 3\"" : "") + " d=\"" + Data(path) + "\"/>\n";
   return *this;
 }
 
@@ -110,18 +112,20 @@ Picture& Picture::Nodes(const Path& path) {
     const DPoint p = path.GetPoint(i);
     if (!type.IsControl()) continue;
     const std::size_t node = path.GetNodeType(i - 1).IsControl() ? i + 1 : i - 1;
-    body_ += "<path fill=\"none\" stroke=\"#888\" stroke-width=\".6\" d=\"M" + X(path.GetPoint(node).x) + ' ' +
-             Y(path.GetPoint(node).y) + 'L' + X(p.x) + ' ' + Y(p.y) + "\"/>\n";
+    body_ += "<path fill=\"none\" stroke=\"#888\" stroke-width=\".6\" d=\"M" + X(path.GetPoint(node).x) +
+             ' ' + Y(path.GetPoint(node).y) + 'L' + X(p.x) + ' ' + Y(p.y) + "\"/>\n";
     Dot(p, "#888", 1.5);
   }
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
     const NODETYPE type = path.GetNodeType(i);
     if (!type.IsOnCurve()) continue;
     const DPoint p = path.GetPoint(i);
-    const std::string paint = std::string("stroke=\"") + kInk + "\" fill=\"" + (type.IsEnabled() ? kNew : "#fff") + "\"/>\n";
+    const std::string paint =
+        std::string("stroke=\"") + kInk + "\" fill=\"" + (type.IsEnabled() ? kNew : "#fff") + "\"/>\n";
     if (type.IsCusp()) {
       const double half = 1.4 * kUnit;
-      body_ += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) + "\" width=\"5.6\" height=\"5.6\" " + paint;
+      body_ += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) + "\" width=\"5.6\" height=\"5.6\" " +
+               paint;
     } else {
       body_ += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"3\" " + paint;
     }
@@ -139,7 +143,8 @@ Picture& Picture::Show(const Path& path) {
 }
 
 Picture& Picture::Dot(const DPoint& p, const char* colour, double radius) {
-  body_ += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"" + Number(radius) + "\" fill=\"" + colour + "\"/>\n";
+  body_ += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"" + Number(radius) + "\" fill=\"" +
+           colour + "\"/>\n";
   return *this;
 }
 
@@ -179,9 +184,11 @@ Picture& Picture::BeforeAfter(const Path& before, const Path& after) {
 }
 
 std::string Picture::Svg() const {
-  const std::string size = Number(panels_ * kPanelWidth) + "\" height=\"" + Number(kPanelHeight + kCaption + 4);
+  const std::string size =
+      Number(panels_ * kPanelWidth) + "\" height=\"" + Number(kPanelHeight + kCaption + 4);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + size +
-         "\" fill-rule=\"evenodd\" font-family=\"sans-serif\" font-size=\"11\">\n<rect width=\"100%\" height=\"100%\" "
+         "\" fill-rule=\"evenodd\" font-family=\"sans-serif\" font-size=\"11\">\n<rect width=\"100%\" "
+         "height=\"100%\" "
          "fill=\"#fff\"/>\n" +
          body_ + "</svg>\n";
 }

@@ -1,6 +1,6 @@
 #pragma once
-// A small drawing of what an operation does: panels side by side, each a square of ground 100,000 units wide and 80,000 high,
-// y upwards. Pictures write themselves as SVG.
+// A small drawing of what an operation does: panels side by side, each a square of ground 100,000 units wide
+// and 80,000 high, y upwards. Pictures write themselves as SVG.
 
 #include <functional>
 #include <initializer_list>
@@ -26,8 +26,8 @@ inline constexpr const char* kNew = "#c0392b";
 inline constexpr const char* kThird = "#2e7d32";
 inline constexpr const char* kGround = "#dbe7ee";
 
-/// A path from SVG path data (M, L, C and Z, absolute) in thousands of units. A closed subpath that does not end where it
-/// began gets a closing line. Nodes are cusps.
+/// A path from SVG path data (M, L, C and Z, absolute) in thousands of units. A closed subpath that does not
+/// end where it began gets a closing line. Nodes are cusps.
 Path Parse(std::string_view data);
 DPoint At(double x, double y);
 /// The same path with these nodes selected.
@@ -35,8 +35,8 @@ Path Select(Path path, std::initializer_list<std::size_t> nodes);
 /// The same path with this continuity at these nodes.
 Path Smooth(Path path, std::initializer_list<std::size_t> nodes,
             ContinuityType continuity = ContinuityType::smooth);
-/// Runs an in-place function over the path's arrays with room for some more nodes; it returns the new count, and leaves the
-/// path as it was when that is negative.
+/// Runs an in-place function over the path's arrays with room for some more nodes; it returns the new count,
+/// and leaves the path as it was when that is negative.
 Path Edited(Path path, std::size_t room, const std::function<int(DPoint*, NODETYPE*, int)>& edit);
 
 class Picture {

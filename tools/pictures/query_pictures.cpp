@@ -27,12 +27,15 @@ struct Arrays {
 tagPOINT Int(const DPoint& p) { return {static_cast<int>(p.x), static_cast<int>(p.y)}; }
 DPoint Double(const tagPOINT& p) { return {1.0 * p.x, 1.0 * p.y}; }
 tagRECT Square(tagPOINT at, int half) { return {at.x - half, at.y + half, at.x + half, at.y - half}; }
-TavMath::BoundsT<double> Bounds(const tagRECT& r) { return {1.0 * r.left, 1.0 * r.bottom, 1.0 * r.right, 1.0 * r.top}; }
+TavMath::BoundsT<double> Bounds(const tagRECT& r) {
+  return {1.0 * r.left, 1.0 * r.bottom, 1.0 * r.right, 1.0 * r.top};
+}
 
 Path Leaf() { return Parse("M 10 40 C 20 75 60 80 90 40 C 60 0 20 5 10 40 Z"); }
 Path Wave() { return Smooth(Parse("M 8 20 C 20 80 35 80 45 40 C 55 0 75 0 92 60"), {3}); }
 Path Nested() {
-  return Parse("M 10 5 L 90 5 L 90 75 L 10 75 Z M 20 15 L 20 65 L 80 65 L 80 15 Z M 32 25 L 68 25 L 68 55 L 32 55 Z");
+  return Parse(
+      "M 10 5 L 90 5 L 90 75 L 10 75 Z M 20 15 L 20 65 L 80 65 L 80 15 Z M 32 25 L 68 25 L 68 55 L 32 55 Z");
 }
 
 void PathHit(Picture& p) {
@@ -47,7 +50,8 @@ void PathHit(Picture& p) {
 void RectOnPath(Picture& p) {
   const Arrays wave(Wave());
   p.Panel("on the path: red").Line(Wave());
-  for (const tagPOINT at : {tagPOINT{20000, 60000}, {60000, 60000}, {70000, 17000}, {85000, 20000}, {30000, 25000}}) {
+  for (const tagPOINT at :
+       {tagPOINT{20000, 60000}, {60000, 60000}, {70000, 17000}, {85000, 20000}, {30000, 25000}}) {
     const tagRECT rect = Square(at, 6000);
     p.Box(Bounds(rect), UTLIsRectOnPath(wave.Points(), wave.Types(), wave.Count(), &rect) ? kNew : "#888");
   }
@@ -84,14 +88,16 @@ void NodeHitAll(Picture& p) { NodeHits(p.Panel("nodes and shown handles"), true)
 template <class Inside>
 void Grid(Picture& p, const Inside& inside) {
   for (int x = 4; x < 98; x += 6) {
-    for (int y = 3; y < 79; y += 6) p.Dot(At(x, y), inside(At(x, y)) ? kNew : "#888", inside(At(x, y)) ? 2 : 1);
+    for (int y = 3; y < 79; y += 6)
+      p.Dot(At(x, y), inside(At(x, y)) ? kNew : "#888", inside(At(x, y)) ? 2 : 1);
   }
 }
 void InFill(Picture& p) {
   const Arrays nested(Nested());
   Grid(p.Panel("inside by the even-odd rule").Fill(Nested()).Line(Nested()), [&nested](const DPoint& at) {
     int inside = 0;
-    return UTLIsPointInFill(nested.Points(), nested.Types(), nested.Count(), Int(at), &inside) != 0 && inside != 0;
+    return UTLIsPointInFill(nested.Points(), nested.Types(), nested.Count(), Int(at), &inside) != 0 &&
+           inside != 0;
   });
 }
 void InShape(Picture& p) {
@@ -102,7 +108,8 @@ void InShape(Picture& p) {
 void InPolygon(Picture& p) {
   const Path star = Parse("M 20 5 L 50 78 L 80 5 L 5 52 L 95 52 Z");
   Grid(p.Panel("inside a polygon").Fill(star).Line(star), [&star](const DPoint& at) {
-    return Lumo::IsPointInPolygon(star.GetPoints(), static_cast<int>(star.GetPointCount()), at, false, false, nullptr);
+    return Lumo::IsPointInPolygon(star.GetPoints(), static_cast<int>(star.GetPointCount()), at, false, false,
+                                  nullptr);
   });
 }
 void Hole(Picture& p) {
@@ -129,7 +136,8 @@ void PathLength(Picture& p) {
   p.Panel("every 15,000 units along the path").Line(Wave());
   for (double length = 0; length <= lengths.back(); length += 15000) {
     tagPOINT at{};
-    UTLFastGotoPathLength(wave.Points(), wave.Types(), wave.Count(), lengths.data(), length, &at, nullptr, nullptr);
+    UTLFastGotoPathLength(wave.Points(), wave.Types(), wave.Count(), lengths.data(), length, &at, nullptr,
+                          nullptr);
     p.Dot(Double(at));
   }
 }
@@ -143,7 +151,8 @@ void Closest(Picture& p, bool members) {
     } else {
       const Arrays wave(Wave());
       tagPOINT out{};
-      if (UTLGetClosestPointOnPath(wave.Points(), wave.Types(), wave.Count(), Int(query), &out, nullptr, nullptr)) {
+      if (UTLGetClosestPointOnPath(wave.Points(), wave.Types(), wave.Count(), Int(query), &out, nullptr,
+                                   nullptr)) {
         nearest = Double(out);
       }
     }
@@ -177,7 +186,8 @@ void ConnectInfo(Picture& p) {
 void Freehand(Picture& p) {
   CRV_FREEHANDINFO* stroke = CRV_FreehandInfoConstruct(64, 64);
   const int spacing = 5000;
-  for (const tagPOINT at : {tagPOINT{8000, 15000}, {30000, 65000}, {50000, 68000}, {72000, 20000}, {92000, 60000}}) {
+  for (const tagPOINT at :
+       {tagPOINT{8000, 15000}, {30000, 65000}, {50000, 68000}, {72000, 20000}, {92000, 60000}}) {
     CRV_FreehandInfoAppendPointExt(stroke, at, &spacing);
   }
   p.Panel("gaps filled; corners red");
@@ -187,8 +197,12 @@ void Freehand(Picture& p) {
   }
   CRV_FreehandInfoDestruct(stroke);
 }
-void LooseBox(Picture& p) { p.Panel("box of all points").Line(Wave()).Nodes(Wave()).Box(Wave().GetLooseBBox()); }
-void TightBox(Picture& p) { p.Panel("box of the path").Line(Wave()).Nodes(Wave()).Box(Wave().GetTightBBox()); }
+void LooseBox(Picture& p) {
+  p.Panel("box of all points").Line(Wave()).Nodes(Wave()).Box(Wave().GetLooseBBox());
+}
+void TightBox(Picture& p) {
+  p.Panel("box of the path").Line(Wave()).Nodes(Wave()).Box(Wave().GetTightBBox());
+}
 void TransformedBox(Picture& p) {
   const double c = std::cos(0.6), s = std::sin(0.6);
   const MATRIX turn{0.7 * c, 0.7 * s, -0.7 * s, 0.7 * c, 35 * kUnit, -12 * kUnit};
@@ -202,10 +216,15 @@ void EnabledBox(Picture& p) {
 }
 void Area(Picture& p) {
   Path shape = Leaf();
-  const auto text = [](const Path& path) { return std::to_string(std::llround(path.GetArea() / 1e6)) + " million"; };
+  const auto text = [](const Path& path) {
+    return std::to_string(std::llround(path.GetArea() / 1e6)) + " million";
+  };
   p.Panel("clockwise: " + text(shape)).Fill(shape).Line(shape).Arrow(At(45, 71), DVector{12 * kUnit, 0});
   shape.Reverse();
-  p.Panel("counter-clockwise: " + text(shape)).Fill(shape).Line(shape).Arrow(At(57, 71), DVector{-12 * kUnit, 0});
+  p.Panel("counter-clockwise: " + text(shape))
+      .Fill(shape)
+      .Line(shape)
+      .Arrow(At(57, 71), DVector{-12 * kUnit, 0});
 }
 void PositionAtLength(Picture& p) {
   p.Panel("half-way along the path").Line(Wave());
@@ -218,7 +237,8 @@ void Tangent(Picture& p) {
   for (int i = 0; i <= 5; ++i) {
     DPoint at{};
     const auto position = Wave().GetPositionAtRelativeLength(i / 5.0);
-    if (position && Wave().GetPointAt(*position, at)) p.Arrow(at, 12 * kUnit * Wave().GetTangentAt(*position));
+    if (position && Wave().GetPointAt(*position, at))
+      p.Arrow(at, 12 * kUnit * Wave().GetTangentAt(*position));
   }
 }
 void Spaced(Picture& p) {
@@ -232,10 +252,15 @@ void Intersections(Picture& p) {
   table.AddCurve(a.GetPoints(), a.GetNodeTypes(), static_cast<int>(a.GetPointCount()));
   table.AddCurve(b.GetPoints(), b.GetNodeTypes(), static_cast<int>(b.GetPointCount()));
   Lumo::FindAllIntersections(table, Lumo::SegmentIntersectionSettings());
-  p.Panel("crossings red, touches green,").Text(At(2, 2), "shared stretches violet").Line(a).Line(b, "#7a7a00");
+  p.Panel("crossings red, touches green,")
+      .Text(At(2, 2), "shared stretches violet")
+      .Line(a)
+      .Line(b, "#7a7a00");
   for (const Lumo::SegmentIntersections& segment : table.Segments()) {
     for (const Lumo::Intersection* record : segment.Intersections()) {
-      const char* colour = record->GetOverlapPartner() != nullptr ? "#8e44ad" : record->IsTouch() ? kThird : kNew;
+      const char* colour = record->GetOverlapPartner() != nullptr ? "#8e44ad"
+                           : record->IsTouch()                    ? kThird
+                                                                  : kNew;
       p.Dot(record->GetIntersection(), colour, record->GetOverlapPartner() != nullptr ? 5 : 3);
     }
   }
@@ -253,15 +278,19 @@ void ShowTree(Picture& p, const Lumo::SubpathTreeNode& node, int depth) {
 void Hierarchy(Picture& p) {
   const Path path = Parse(
       "M 5 5 L 60 5 L 60 75 L 5 75 Z M 12 12 L 12 68 L 53 68 L 53 12 Z M 20 20 L 45 20 L 45 40 L 20 40 Z "
-      "M 20 46 L 45 46 L 45 62 L 20 62 Z M 68 20 L 95 20 L 95 60 L 68 60 Z M 75 28 L 75 52 L 88 52 L 88 28 Z");
-  const Lumo::SubpathHierarchy tree(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()), false);
+      "M 20 46 L 45 46 L 45 62 L 20 62 Z M 68 20 L 95 20 L 95 60 L 68 60 Z M 75 28 L 75 52 L 88 52 L 88 28 "
+      "Z");
+  const Lumo::SubpathHierarchy tree(path.GetPoints(), path.GetNodeTypes(),
+                                    static_cast<int>(path.GetPointCount()), false);
   ShowTree(p.Panel("depth by colour, sample points"), tree, 0);
 }
 void Segments(Picture& p) {
   const Path path = Parse("M 10 10 L 10 40 C 10 75 60 75 60 40 L 90 40 M 70 15 L 90 15");
   p.Panel("segment numbers").Show(path);
   for (const auto& segment : Lumo::details::GetCurveSegments_Base(path)) {
-    if (segment) p.Text(segment->points()[segment->points().size() / 2] + DVector{2 * kUnit, 3 * kUnit}, std::to_string(segment->number()), kNew);
+    if (segment)
+      p.Text(segment->points()[segment->points().size() / 2] + DVector{2 * kUnit, 3 * kUnit},
+             std::to_string(segment->number()), kNew);
   }
 }
 

@@ -13,16 +13,18 @@ namespace pictures {
 
 namespace {
 
-using Lumo::Offset::OffsetSettings;
 using Lumo::RectangleCorner;
+using Lumo::Offset::OffsetSettings;
 
 constexpr double kDegree = std::numbers::pi / 180;
 
 void Line(Picture& p) { p.Panel("a line").Show(Path::CreateLine(At(15, 15), At(85, 65))); }
 void Ellipse(Picture& p) {
   p.Panel("a full ellipse").Show(Path::CreateEllipse(At(50, 40), 40000, 28000));
-  p.Panel("an arc, 30 to 250 degrees").Show(Path::CreateEllipse(At(50, 40), 40000, 28000, 30 * kDegree, 250 * kDegree));
-  p.Panel("a pie wedge").Show(Path::CreateEllipse(At(50, 40), 40000, 28000, 30 * kDegree, 250 * kDegree, true));
+  p.Panel("an arc, 30 to 250 degrees")
+      .Show(Path::CreateEllipse(At(50, 40), 40000, 28000, 30 * kDegree, 250 * kDegree));
+  p.Panel("a pie wedge")
+      .Show(Path::CreateEllipse(At(50, 40), 40000, 28000, 30 * kDegree, 250 * kDegree, true));
 }
 void Circle(Picture& p) { p.Panel("a circle").Show(Path::CreateCircle(At(50, 40), 33000)); }
 void Rectangle(Picture& p) {
@@ -36,7 +38,9 @@ void Rectangle(Picture& p) {
   p.Panel("scallop").Show(corner(RectangleCorner::scallop));
   p.Panel("chamfer").Show(corner(RectangleCorner::chamfer));
 }
-Path Arc(std::size_t count, const DPoint* points, const NODETYPE* types) { return Path(points, types, count); }
+Path Arc(std::size_t count, const DPoint* points, const NODETYPE* types) {
+  return Path(points, types, count);
+}
 void CircularArc(Picture& p) {
   DPoint points[Lumo::kMaxArcNodes];
   NODETYPE types[Lumo::kMaxArcNodes];
@@ -78,7 +82,8 @@ void Simplify(Picture& p) {
 }
 
 /// The settings own the joins they are given.
-Path Offset(Path path, Lumo::OffsetCorner* join, Lumo::OffsetCorner* cap, double distance, bool inwards = false) {
+Path Offset(Path path, Lumo::OffsetCorner* join, Lumo::OffsetCorner* cap, double distance,
+            bool inwards = false) {
   path.OffsetCurve(OffsetSettings(join, cap, distance, inwards));
   return path;
 }
@@ -98,8 +103,8 @@ void CreateOffset(Picture& p) {
   for (const bool inwards : {false, true}) {
     points.clear();
     types.clear();
-    Lumo::CreateOffsetCurve(frame.GetPoints(), frame.GetNodeTypes(), static_cast<int>(frame.GetPointCount()), points,
-                            types, OffsetSettings(new Lumo::Round, nullptr, 6000, inwards));
+    Lumo::CreateOffsetCurve(frame.GetPoints(), frame.GetNodeTypes(), static_cast<int>(frame.GetPointCount()),
+                            points, types, OffsetSettings(new Lumo::Round, nullptr, 6000, inwards));
     p.Panel(inwards ? "only what lies directly inside" : "outer outlines").Fill(frame).Line(frame);
     p.Line(Path(points.data(), types.data(), points.size()), kNew);
   }
@@ -120,10 +125,15 @@ void CloseOffset(Picture& p) {
   for (const Side side : {Side::left, Side::right, Side::both}) {
     std::vector<DPoint> points;
     std::vector<NODETYPE> types;
-    Lumo::CloseOffsetCurves(stroke.GetPoints(), stroke.GetNodeTypes(), static_cast<int>(stroke.GetPointCount()), points,
-                            types, side, settings);
+    Lumo::CloseOffsetCurves(stroke.GetPoints(), stroke.GetNodeTypes(),
+                            static_cast<int>(stroke.GetPointCount()), points, types, side, settings);
     const Path outline(points.data(), types.data(), points.size());
-    p.Panel(side == Side::left ? "left" : side == Side::right ? "right" : "both").Fill(outline).Line(outline, kNew).Line(stroke);
+    p.Panel(side == Side::left    ? "left"
+            : side == Side::right ? "right"
+                                  : "both")
+        .Fill(outline)
+        .Line(outline, kNew)
+        .Line(stroke);
   }
 }
 void Combine(Picture& p) {
@@ -132,9 +142,13 @@ void Combine(Picture& p) {
   both.PushBack(Block());
   std::vector<DPoint> points;
   std::vector<NODETYPE> types;
-  Lumo::CombineClosedOffsetCurves(both.GetPoints(), both.GetNodeTypes(), static_cast<int>(both.GetPointCount()), points,
-                                  types, 0, split);
-  p.Panel("two groups").Line(Leaf()).Line(Block(), kNew).Panel("united").Show(Path(points.data(), types.data(), points.size()));
+  Lumo::CombineClosedOffsetCurves(both.GetPoints(), both.GetNodeTypes(),
+                                  static_cast<int>(both.GetPointCount()), points, types, 0, split);
+  p.Panel("two groups")
+      .Line(Leaf())
+      .Line(Block(), kNew)
+      .Panel("united")
+      .Show(Path(points.data(), types.data(), points.size()));
 }
 
 /// A join at the corners of a closed shape, and the same object as a cap.
