@@ -96,11 +96,11 @@ class LUMO_TEMPLATE_API CurveDataRef final : public CurveDataBase<T> {
   std::size_t count_;
 };
 
-LUMO_EXTERN_CLASS CurveDataBase<tagPOINT>;
-LUMO_EXTERN_CLASS CurveDataBase<TavMath::DPoint>;
-LUMO_EXTERN_CLASS CurveData<tagPOINT>;
-LUMO_EXTERN_CLASS CurveData<TavMath::DPoint>;
-LUMO_EXTERN_CLASS CurveDataRef<tagPOINT>;
-LUMO_EXTERN_CLASS CurveDataRef<TavMath::DPoint>;
+LUMO_EXTERN_CLASS(CurveDataBase<tagPOINT>);
+LUMO_EXTERN_CLASS(CurveDataBase<TavMath::DPoint>);
+LUMO_EXTERN_CLASS(CurveData<tagPOINT>);
+LUMO_EXTERN_CLASS(CurveData<TavMath::DPoint>);
+LUMO_EXTERN_CLASS(CurveDataRef<tagPOINT>);
+LUMO_EXTERN_CLASS(CurveDataRef<TavMath::DPoint>);
 
 }  // namespace Lumo

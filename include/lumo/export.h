@@ -8,8 +8,8 @@
 // LUMO_EXTERN            prefix of an explicit instantiation declaration of a function in a public header
 // LUMO_INSTANTIATE       prefix of the one explicit instantiation definition of a function in a source file,
 //                        also of a class's member that is defined in another file than the rest of its class
-// LUMO_EXTERN_CLASS      the same two for a whole class template, as in
-// LUMO_INSTANTIATE_CLASS LUMO_EXTERN_CLASS PolycurveT<tagPOINT>;
+// LUMO_EXTERN_CLASS      LUMO_EXTERN for a whole class template, given as an argument
+// LUMO_INSTANTIATE_CLASS LUMO_INSTANTIATE for a whole class template
 //
 // A public header lists the instances of its templates once, as a macro over the prefix and the point type
 // (for example LUMO_PATH_ARRAY): the header applies it with LUMO_EXTERN, the source that defines the bodies
@@ -27,18 +27,19 @@
 #if defined(LUMO_BUILDING_LIBRARY)
 #define LUMO_API __declspec(dllexport)
 #define LUMO_INSTANTIATE template __declspec(dllexport)
-#define LUMO_EXTERN_CLASS extern template class __declspec(dllexport)
+#define LUMO_EXTERN_CLASS(...) extern template class __declspec(dllexport) __VA_ARGS__
 #else
 #define LUMO_API __declspec(dllimport)
 #define LUMO_INSTANTIATE template
-#define LUMO_EXTERN_CLASS extern template class
+// A DLL never exports inline members, so that a host that is built without optimisation must make its own.
+#define LUMO_EXTERN_CLASS(...) static_assert(true)
 #endif
 #define LUMO_TEMPLATE_API
 #define LUMO_TYPE
 #else
 #define LUMO_API __attribute__((visibility("default")))
 #define LUMO_INSTANTIATE template
-#define LUMO_EXTERN_CLASS extern template class
+#define LUMO_EXTERN_CLASS(...) extern template class __VA_ARGS__
 #define LUMO_TEMPLATE_API __attribute__((visibility("default")))
 #define LUMO_TYPE __attribute__((visibility("default")))
 #endif

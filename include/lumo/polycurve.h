@@ -459,9 +459,9 @@ class LUMO_TEMPLATE_API PolycurveRefT : public PolycurveT<T> {
   ~PolycurveRefT() override;
 };
 
-LUMO_EXTERN_CLASS PolycurveT<tagPOINT>;
-LUMO_EXTERN_CLASS PolycurveT<TavMath::DPoint>;
-LUMO_EXTERN_CLASS PolycurveRefT<tagPOINT>;
-LUMO_EXTERN_CLASS PolycurveRefT<TavMath::DPoint>;
+LUMO_EXTERN_CLASS(PolycurveT<tagPOINT>);
+LUMO_EXTERN_CLASS(PolycurveT<TavMath::DPoint>);
+LUMO_EXTERN_CLASS(PolycurveRefT<tagPOINT>);
+LUMO_EXTERN_CLASS(PolycurveRefT<TavMath::DPoint>);
 
 }  // namespace Lumo

@@ -16,7 +16,7 @@ class LUMO_TEMPLATE_API PolylineT : public PolycurveT<T> {
   ~PolylineT() override;
 };
 
-LUMO_EXTERN_CLASS PolylineT<tagPOINT>;
-LUMO_EXTERN_CLASS PolylineT<TavMath::DPoint>;
+LUMO_EXTERN_CLASS(PolylineT<tagPOINT>);
+LUMO_EXTERN_CLASS(PolylineT<TavMath::DPoint>);
 
 }  // namespace Lumo
