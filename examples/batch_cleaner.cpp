@@ -1,5 +1,6 @@
-// A batch cleaner: paths as they come from files and tools are mended, welded where their ends lie together, thinned out and
-// freed of what is too small to see, and each step says what it did. Works on integer paths, as many hosts keep them.
+// A batch cleaner: paths as they come from files and tools are mended, welded where their ends lie together,
+// thinned out and freed of what is too small to see, and each step says what it did. Works on integer paths,
+// as many hosts keep them.
 
 #include <lumo/lumo.h>
 
@@ -44,7 +45,8 @@ Outcome Clean(Path& path, const Limits& limits) {
   // Reduction looks at the selected nodes: all of them.
   path.EnableAllNodes();
   const auto arrays = path.GetBuffer();
-  const int kept = CRV_ReduceEnabled(arrays.points, arrays.types, static_cast<int>(arrays.count), limits.drift);
+  const int kept =
+      CRV_ReduceEnabled(arrays.points, arrays.types, static_cast<int>(arrays.count), limits.drift);
   path.ReleaseBuffer(static_cast<std::size_t>(kept));
   path.DisableAllNodes();
   outcome.nodesAfter = path.GetPointCount();
@@ -52,7 +54,8 @@ Outcome Clean(Path& path, const Limits& limits) {
   return outcome;
 }
 
-/// A square drawn as four strokes that nearly meet, with a side cut into twenty; a speck; a start without a path.
+/// A square drawn as four strokes that nearly meet, with a side cut into twenty; a speck; a start without a
+/// path.
 Path Damaged() {
   Path path;
   path.MoveTo({0, 0});
@@ -78,8 +81,11 @@ int main() {
   const Outcome outcome = Clean(path, Limits());
   std::printf("%zu nodes -> %zu, %zu open subpaths -> %zu\n", outcome.nodesBefore, outcome.nodesAfter,
               outcome.openBefore, outcome.openAfter);
-  std::printf("dangling moves %d, zero-length segments %d, short segments %d\n", outcome.repaired.danglingMoves,
-              outcome.repaired.zeroLengthSegments, outcome.repaired.shortSegments);
+  std::printf("dangling moves %d, zero-length segments %d, short segments %d\n",
+              outcome.repaired.danglingMoves, outcome.repaired.zeroLengthSegments,
+              outcome.repaired.shortSegments);
   // One closed square of four sides: five nodes, the first and the last in one place.
-  return path.IsValidCurve() && path.GetPointCount() == 5 && path.IsClosed(0) && path.GetSubpathCount() == 1 ? 0 : 1;
+  return path.IsValidCurve() && path.GetPointCount() == 5 && path.IsClosed(0) && path.GetSubpathCount() == 1
+             ? 0
+             : 1;
 }

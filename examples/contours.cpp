@@ -1,5 +1,5 @@
-// Contours: a family of parallel outlines around a shape and inside of it, as SVG on standard output. The insets go on until
-// nothing is left, which is how deep the shape is.
+// Contours: a family of parallel outlines around a shape and inside of it, as SVG on standard output. The
+// insets go on until nothing is left, which is how deep the shape is.
 
 #include <lumo/lumo.h>
 
@@ -38,8 +38,12 @@ void Print(const Path& path, const char* paint) {
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
     const NODETYPE type = path.GetNodeType(i);
     const bool starts = type.IsControl() && !path.GetNodeType(i - 1).IsControl();
-    std::printf("%s%.0f %.0f", type.IsMove() ? "M" : type.IsLine() ? "L" : starts ? "C" : " ", path.GetPoint(i).x,
-                path.GetPoint(i).y);
+    std::printf("%s%.0f %.0f",
+                type.IsMove()   ? "M"
+                : type.IsLine() ? "L"
+                : starts        ? "C"
+                                : " ",
+                path.GetPoint(i).x, path.GetPoint(i).y);
   }
   std::printf("'/>\n");
 }

@@ -1,5 +1,6 @@
-// Text as paths: outlines from a font by FreeType, one subpath per contour, with the letter flag on the first subpath of
-// every letter, then the whole word grown. Usage: text_outlines FONT [TEXT] writes SVG to standard output.
+// Text as paths: outlines from a font by FreeType, one subpath per contour, with the letter flag on the first
+// subpath of every letter, then the whole word grown. Usage: text_outlines FONT [TEXT] writes SVG to standard
+// output.
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -38,7 +39,8 @@ int Line(const FT_Vector* to, void* user) {
   Pen& pen = *static_cast<Pen*>(user);
   return pen.path.LineTo(pen.At(to)) ? 0 : 1;
 }
-/// TrueType curves are parabolas: a cubic with its handles two thirds of the way to the control point is the same curve.
+/// TrueType curves are parabolas: a cubic with its handles two thirds of the way to the control point is the
+/// same curve.
 int Conic(const FT_Vector* control, const FT_Vector* to, void* user) {
   Pen& pen = *static_cast<Pen*>(user);
   const DPoint a = pen.path.GetPoint(pen.path.GetPointCount() - 1), c = pen.At(control), b = pen.At(to);
@@ -68,7 +70,8 @@ Path TextOutlines(FT_Face face, const char* text, double unitsPerEm) {
 
 std::size_t Letters(const Path& path) {
   std::size_t letters = 0;
-  for (std::size_t i = 0; i < path.GetPointCount(); ++i) letters += path.GetNodeType(i).IsMove() && path.IsLetter(i);
+  for (std::size_t i = 0; i < path.GetPointCount(); ++i)
+    letters += path.GetNodeType(i).IsMove() && path.IsLetter(i);
   return letters;
 }
 
@@ -77,8 +80,12 @@ void Print(const Path& path, const char* paint) {
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
     const NODETYPE type = path.GetNodeType(i);
     const bool starts = type.IsControl() && !path.GetNodeType(i - 1).IsControl();
-    std::printf("%s%.0f %.0f", type.IsMove() ? "M" : type.IsLine() ? "L" : starts ? "C" : " ", path.GetPoint(i).x,
-                -path.GetPoint(i).y);
+    std::printf("%s%.0f %.0f",
+                type.IsMove()   ? "M"
+                : type.IsLine() ? "L"
+                : starts        ? "C"
+                                : " ",
+                path.GetPoint(i).x, -path.GetPoint(i).y);
   }
   std::printf("'/>\n");
 }
@@ -94,14 +101,15 @@ int main(int argc, char** argv) {
   }
   const char* const text = argc > 2 ? argv[2] : "Bagpipe";
   const Path outlines = TextOutlines(face, text, 1000000);
-  // Offsets are taken of outer outlines, or of the holes directly inside them; counters shrink as letters grow.
+  // Offsets are taken of outer outlines, or of the holes directly inside them; counters shrink as letters
+  // grow.
   Path grown = outlines, counters = outlines;
   grown.OffsetCurve({new Lumo::Round, nullptr, 20000, false});
   counters.OffsetCurve({new Lumo::Round, nullptr, -20000, true});
   grown = grown.Subtract(counters);
   const auto box = grown.GetTightBBox();
-  std::printf("<svg xmlns='http://www.w3.org/2000/svg' viewBox='%.0f %.0f %.0f %.0f'>\n", box.minx, -box.maxy, box.Width(),
-              box.Height());
+  std::printf("<svg xmlns='http://www.w3.org/2000/svg' viewBox='%.0f %.0f %.0f %.0f'>\n", box.minx, -box.maxy,
+              box.Width(), box.Height());
   Print(grown, "fill='#dbe7ee'");
   Print(outlines, "fill='#1b3a4b'");
   std::printf("</svg>\n");
@@ -110,5 +118,6 @@ int main(int argc, char** argv) {
                outlines.GetPointCount());
   FT_Done_Face(face);
   FT_Done_FreeType(library);
-  return outlines.IsValidCurve() && letters > 0 && grown.GetTightBBox().Contains(outlines.GetTightBBox()) ? 0 : 1;
+  return outlines.IsValidCurve() && letters > 0 && grown.GetTightBBox().Contains(outlines.GetTightBBox()) ? 0
+                                                                                                          : 1;
 }

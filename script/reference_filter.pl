@@ -14,16 +14,22 @@ my @lines = <$in>;
 my @out;
 
 my ($i, $top) = (0, 1);
-my @comment;          # the comment that holds for what follows
-my $fresh = 0;        # it has not been written yet
-my $depth = 0;        # of brackets, inside a declaration
-my $body = 0;         # depth of braces of a function's body
-my $words = "";       # the declaration so far
-my %shown;
+my @comment;  # the comment that holds for what follows
+my $own = 0;  # it stands directly over the next declaration
+my %shown;    # names that have shown their picture
 
 # Writes the comment before a declaration, with the picture of its name.
 sub describe {
-  my ($name, $indent) = @_;
+  my ($name, $indent, $code, $own) = @_;
+  # What the language says well enough.
+  if (!$own) {
+    my $said = $code =~ /=\s*delete\s*;/     ? "Not available."
+             : $code =~ /^\s*(virtual\s+)?~/ ? "Gives up what the object holds."
+             : $code =~ /=\s*default\s*;/    ? "Member by member."
+             : $code =~ /\boverride\b/       ? "See the base class."
+             :                                  undef;
+    if (defined $said) { push @out, "$indent/// $said\n"; return; }
+  }
   return if !@comment;
   push @out, map { "$indent$_" } @comment;
   if (defined $name && !$shown{$name} && -e "$pictures/$name.svg") {
@@ -65,6 +71,7 @@ while ($i < @lines) {
       @comment = ();
     } else {
       @comment = @block;
+      $own = 1;
     }
     next;
   }
@@ -96,7 +103,19 @@ while ($i < @lines) {
   }
   $name =~ s/T$// if defined $name && !-e "$pictures/$name.svg" && -e "$pictures/" . ($name =~ s/T$//r) . ".svg";
   my $forward = $plain =~ /^\s*(class|struct|enum( class)?)\s+[\w ]+(:\s*int)?;/;
-  describe($name, $indent) if !$forward;
+  # Several variables in one declaration are declared one by one.
+  if ($plain =~ /^\s*(\w+) (\w+(?: = [-\w.]+)?(?:, \w+(?: = [-\w.]+)?)+);\s*$/ && @comment) {
+    my ($type, $list) = ($1, $2);
+    for my $variable (split /, /, $list) {
+      describe(undef, $indent, "", 1);
+      push @out, "$indent$type $variable;\n";
+    }
+    $i = $j + 1;
+    $own = 0;
+    next;
+  }
+  describe($name, $indent, $plain, $own) if !$forward;
+  $own = 0;
   push @out, @lines[$i .. $j];
   my $type = $plain =~ /^\s*(typedef\s+)?(class|struct|enum|union)\b.*\{\s*$/s;
   if ($type) { @comment = (); $i = $j + 1; next; }

@@ -17,6 +17,7 @@ struct LUMO_TYPE CRV_CONNECTINFO {
 /// for null arrays or a count below 1. Null when memory runs out.
 LUMO_API CRV_CONNECTINFO* CRV_ConnectInfoConstruct(const tagPOINT* points, const NODETYPE* types,
                                                    int count) noexcept;
+/// Frees a record with its arrays; nothing for null.
 LUMO_API void CRV_ConnectInfoDestruct(CRV_CONNECTINFO* record) noexcept;
 /// The first candidate, other than the two choices, that lies in the y-up rectangle (edges inside) becomes
 /// choice 1 or 2. 1 on a hit, also for any other `which`, which stores nothing. The point is not used.

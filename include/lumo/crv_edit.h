@@ -39,6 +39,7 @@ LUMO_TEMPLATE_API int CRV_Add(T* points, NODETYPE* types, int count, int index, 
 template <class T>
 LUMO_TEMPLATE_API int CRV_AddEnabled(T* points, NODETYPE* types, int count, int enableOld,
                                      int enableNew) noexcept;
+/// CRV_AddEnabled with old and new nodes selected; the handles are shown afterwards.
 template <class T>
 LUMO_TEMPLATE_API int CRV_NodeEditAddEnabled(T* points, NODETYPE* types, int count) noexcept;
 /// CRV_Add with smoothing; the new node becomes the enabled one in place of the old one. -1 when nothing was
@@ -98,6 +99,7 @@ LUMO_TEMPLATE_API int CRV_BreakAtLocation(T* points, NODETYPE* types, int count,
 template <class T>
 LUMO_TEMPLATE_API int CRV_JoinTwoNodesExt(T* points, NODETYPE* types, int count, int a, int b,
                                           int* joinedIndex) noexcept;
+/// The same without the joined node.
 template <class T>
 LUMO_TEMPLATE_API int CRV_JoinTwoNodes(T* points, NODETYPE* types, int count, int a, int b) noexcept;
 /// Joins p1 to p3 and p4 to p2, where p3 and p4 are the ends of a bridge, an open subpath that holds neither
@@ -119,6 +121,7 @@ LUMO_TEMPLATE_API int CRV_JoinEnabled(T* points, NODETYPE* types, int count) noe
 /// of the mean). A subpath of one curve is closed, one of one line left alone. Room: 1 for each join.
 template <class T>
 LUMO_TEMPLATE_API int CRV_JoinEnabledAddingLineSegments(T* points, NODETYPE* types, int count) noexcept;
+/// The two joins with the handles shown afterwards.
 template <class T>
 LUMO_TEMPLATE_API int CRV_NodeEditJoinEnabled(T* points, NODETYPE* types, int count) noexcept;
 template <class T>
@@ -153,6 +156,7 @@ LUMO_TEMPLATE_API int CRV_DeleteEnabled(T* points, NODETYPE* types, int count) n
 template <class T>
 LUMO_TEMPLATE_API int CRV_DeleteEnabledEx(T* points, NODETYPE* types, int count, WDeleteRunInfo** runs,
                                           int* runCount) noexcept;
+/// The two deletions with the handles shown afterwards.
 template <class T>
 LUMO_TEMPLATE_API int CRV_NodeEditDeleteEnabled(T* points, NODETYPE* types, int count) noexcept;
 template <class T>

@@ -29,6 +29,7 @@ LUMO_API CRV_FREEHANDINFO* CRV_FreehandInfoConstructFromPolylineExt(const tagPOI
 LUMO_API CRV_FREEHANDINFO* CRV_FreehandInfoConstructFromPolygonExt(const tagPOINT* points, int n,
                                                                    const int* spacing, int growthStep,
                                                                    int extra) noexcept;
+/// Frees a record with its arrays; nothing for null.
 LUMO_API void CRV_FreehandInfoDestruct(CRV_FREEHANDINFO* record) noexcept;
 
 /// Appends a point; one that equals the last is dropped, which is a success. 0 for a null record, or when

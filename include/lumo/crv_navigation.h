@@ -41,6 +41,7 @@ LUMO_API int CRV_FirstNodeOfThisSubpath(const NODETYPE* types, int count, int i)
 LUMO_API int CRV_LastNodeOfThisSubpath(const NODETYPE* types, int count, int i) noexcept;
 /// The closed flag of the subpath's move node.
 LUMO_API int CRV_IsThisSubpathClosed(const NODETYPE* types, int count, int i) noexcept;
+/// Whether no move node lies between two nodes, or at the later one.
 LUMO_API int CRV_TwoNodesInSameSubpath(const NODETYPE* types, int count, int a, int b) noexcept;
 /// The number of nodes of the subpath that starts at index first of the whole path; at least 1. `types`
 /// points AT that node, not at the start of the array, while first and count are those of the whole path.
@@ -54,16 +55,24 @@ LUMO_API int CRV_ContainsClosedSubpath(const NODETYPE* types, int count) noexcep
 LUMO_API int CRV_ContainsOpenSubpath(const NODETYPE* types, int count, bool onlyRealSubpaths) noexcept;
 
 // Counts. "Enabled" is bit 0 alone; "selected" is enabled and user flag on an on-curve node.
+/// On-curve nodes with the enabled flag.
 LUMO_API int CRV_HowManyEnabled(const NODETYPE* types, int count) noexcept;
+/// Those of them without the closed flag.
 LUMO_API int CRV_HowManyEnabledNotClosed(const NODETYPE* types, int count) noexcept;
-/// The path's last node is never examined: it is always a subpath end.
+/// Enabled line and curve nodes that do not end their subpath. The path's last node is never examined: it is
+/// always a subpath end.
 LUMO_API int CRV_HowManyEnabledNotFirstOrLastInSubpath(const NODETYPE* types, int count) noexcept;
+/// Selected nodes that are inner ones or carry the closed flag: where a path can be broken.
 LUMO_API int CRV_HowManyEnabledNotFirstOrLastInOpenSubpath(const NODETYPE* types, int count) noexcept;
+/// Nodes of that kind, with the enabled flag.
 LUMO_API int CRV_HowManyEnabledLines(const NODETYPE* types, int count) noexcept;
 LUMO_API int CRV_HowManyEnabledCurves(const NODETYPE* types, int count) noexcept;
+/// Nodes of that kind.
 LUMO_API int CRV_HowManyLines(const NODETYPE* types, int count) noexcept;
 LUMO_API int CRV_HowManyCurves(const NODETYPE* types, int count) noexcept;
+/// Subpaths whose move node lacks the closed flag.
 LUMO_API int CRV_HowManyOpenSubpaths(const NODETYPE* types, int count) noexcept;
+/// Subpaths with a selected node.
 LUMO_API int CRV_HowManyEnabledSubpaths(const NODETYPE* types, int count) noexcept;
 /// On-curve nodes with the user flag; with onlyEnabled also the enabled flag.
 LUMO_API int CRV_GetNumberOfUserNodes(const NODETYPE* types, unsigned count, bool onlyEnabled) noexcept;
@@ -78,13 +87,17 @@ LUMO_API int CRV_GetUserNode(const NODETYPE* types, int count, int i) noexcept;
 // Flag setters. The per-node ones write both closed ends of a closed subpath and return count.
 LUMO_API int CRV_SetEnabled(NODETYPE* types, int count, int i, int enable) noexcept;
 LUMO_API int CRV_SetCont(NODETYPE* types, int count, int i, ContinuityType continuity) noexcept;
+/// Select every node, with all handles shown; select none, with all handles hidden. Return count.
 LUMO_API int CRV_EnableAllNodes(NODETYPE* types, int count) noexcept;
 LUMO_API int CRV_DisableAllNodes(NODETYPE* types, int count) noexcept;
 /// Shows the handles that belong to the selection: the enabled flag of each selected node goes to the control
 /// points on both its sides (and beyond a neighbouring line whose far node is no cusp). Returns the number of
 /// selected nodes.
 LUMO_API int CRV_EnableAllControls(NODETYPE* types, int count) noexcept;
+/// Hides all handles but those beside node i (none for a control point). Returns count.
 LUMO_API int CRV_EnableOneControl(NODETYPE* types, int count, int i) noexcept;
+/// Sets or clears the enabled flag on every node of the subpath that holds i, then shows the handles of the
+/// selection. Returns count.
 LUMO_API int CRV_EnableSubpath(NODETYPE* types, int count, int i, int enable) noexcept;
 
 /// What can be done with the selection. "Enabled" is bit 0 of an on-curve node; "counted" leaves out the move
@@ -113,6 +126,7 @@ struct LUMO_TYPE CRV_ENABLINGINFO {
     kSeveralSubpaths = 0x8000,
     kAlways = 0x10000,
   };
+  /// Any of the bits above.
   unsigned flags;
   /// 1 when every enabled on-curve node lies in one subpath of a path that has several; 0 when none is
   /// enabled.

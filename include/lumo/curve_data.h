@@ -34,6 +34,7 @@ class LUMO_TEMPLATE_API CurveDataBase {
   /// The arrays; null when there are no nodes.
   virtual const T* GetPoints() const noexcept = 0;
   virtual const NODETYPE* GetNodeTypes() const noexcept = 0;
+  /// The number of nodes.
   virtual std::size_t GetCount() const noexcept = 0;
   /// Storage that a new copy of the path may hold, with one reference for it. Null when memory runs out.
   virtual CurveDataBase* Share() noexcept = 0;
@@ -43,6 +44,7 @@ class LUMO_TEMPLATE_API CurveDataBase {
 
  protected:
   CurveDataBase() noexcept = default;
+  /// The two halves of the reference count: one holder more; how many there are.
   void AddReference() noexcept;
   std::uint64_t ReferenceCount() const noexcept;
 
@@ -81,6 +83,7 @@ class LUMO_TEMPLATE_API CurveDataRef final : public CurveDataBase<T> {
  public:
   /// Counts as empty when either pointer is null.
   CurveDataRef(const T* points, const NODETYPE* types, std::size_t count) noexcept;
+  /// See CurveDataBase.
   ~CurveDataRef() override;
   bool IsShared() const noexcept override;
   CurveData<T>* GetWritable() noexcept override;

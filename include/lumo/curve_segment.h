@@ -28,12 +28,15 @@ enum class CurveSegmentType : int { none = 0, move = 1, line = 2, curve = 3 };
 class LUMO_TYPE NextCurveSegment {
  public:
   NextCurveSegment() = default;
+  /// Steps over an array of node types; of the path, which must outlive the object.
   explicit NextCurveSegment(const NODETYPE* types) noexcept : types_(types) {}
   template <class T>
   explicit NextCurveSegment(const PolycurveT<T>& polycurve) noexcept : types_(polycurve.GetNodeTypes()) {}
 
+  /// The number after a number.
   std::size_t operator()(std::size_t number) const noexcept { return After(types_[number], number); }
 
+  /// The same, from the type of the node at the number.
   static std::size_t After(NODETYPE type, std::size_t number) noexcept {
     if (type.IsControl()) return number + 3;
     return type.IsCurve() ? 1 : number + 1;
@@ -47,6 +50,7 @@ class LUMO_TYPE NextCurveSegment {
 template <class T>
 class LUMO_TEMPLATE_API CurveSegmentT {
  public:
+  /// Views of the node types and of the points of one segment.
   using NodeView = TavUtils::array_view<const NODETYPE>;
   using PointView = TavUtils::array_view<const T>;
 
@@ -62,6 +66,7 @@ class LUMO_TEMPLATE_API CurveSegmentT {
   CurveSegmentT(std::size_t number, NodeView nodes, PointView points) noexcept
       : number_(number), nodes_(nodes), points_(points) {}
 
+  /// The segment with a number; none where the path holds none.
   static std::optional<CurveSegmentT> FromNumber(const PolycurveT<T>& polycurve, std::size_t number) noexcept;
   /// The segment that ends at a node: none for a control point.
   static std::optional<CurveSegmentT> FromEndIdx(const PolycurveT<T>& polycurve, std::size_t end) noexcept;
@@ -69,6 +74,7 @@ class LUMO_TEMPLATE_API CurveSegmentT {
   static std::optional<CurveSegmentT> FromStartIdx(const PolycurveT<T>& polycurve,
                                                    std::size_t start) noexcept;
 
+  /// Whether it is a segment; of which kind.
   explicit operator bool() const noexcept { return !nodes_.empty(); }
   CurveSegmentType type() const noexcept {
     switch (nodes_.size()) {
@@ -82,6 +88,7 @@ class LUMO_TEMPLATE_API CurveSegmentT {
         return CurveSegmentType::none;
     }
   }
+  /// The number and the two views.
   std::size_t number() const noexcept { return number_; }
   const NodeView& nodes() const noexcept { return nodes_; }
   const PointView& points() const noexcept { return points_; }
@@ -142,6 +149,7 @@ template <class T>
 class LUMO_TYPE CurveSegmentGetter {
  public:
   CurveSegmentGetter() = default;
+  /// Over arrays; without a count the caller vouches for the nodes.
   CurveSegmentGetter(const NODETYPE* types, const T* points, std::optional<std::size_t> count) noexcept
       : types_(types), points_(points), count_(count) {}
   /// The polycurve's own count, or the limit where that is smaller.
@@ -151,6 +159,7 @@ class LUMO_TYPE CurveSegmentGetter {
     if (limit && *limit < *count_) count_ = limit;
   }
 
+  /// The segment with a number, or nothing.
   std::optional<CurveSegmentT<T>> operator()(std::size_t number) const noexcept {
     const CurveSegmentT<T> segment(types_, points_, number, count_);
     return segment ? std::optional(segment) : std::nullopt;
@@ -169,6 +178,7 @@ using CurveSegmentIterator = TavUtils::factory_iterator_t<CurveSegmentGetter<T>,
 
 /// Makers of segment ranges.
 struct LUMO_TYPE details {
+  /// A range of numbers; ranges of segments over arrays, and over a path that they keep.
   using Indices = TavUtils::RangeView<TavUtils::IndexT<std::size_t>>;
   template <class T>
   using RawRange = TavUtils::RangeView<CurveSegmentIterator<T>>;
@@ -210,6 +220,7 @@ struct LUMO_TYPE details {
 /// Whether the whole path can be walked as segments: every number yields one, and the last one ends exactly
 /// at the count. True for an empty path.
 LUMO_API bool ValidSegments(const NODETYPE* types, std::size_t count) noexcept;
+/// The same of a path.
 template <class T>
 LUMO_TEMPLATE_API bool ValidSegments(const PolycurveT<T>& polycurve) noexcept;
 

@@ -23,6 +23,8 @@ struct IntersectionRecorder;  // writes records; private to the library
 /// its partner.
 class LUMO_TYPE Intersection {
  public:
+  /// A record without partner: the parameter on the segment, its index in the table, the place, the tangent
+  /// and the curvature there.
   Intersection(double time, int segment, const TavMath::DPoint& point, const TavMath::DVector& direction,
                double curvature) noexcept
       : time_(time), segment_(segment), point_(point), direction_(direction), curvature_(curvature) {}
@@ -50,6 +52,7 @@ class LUMO_TYPE Intersection {
     return true;
   }
 
+  /// The place.
   const TavMath::DPoint& GetIntersection() const noexcept { return point_; }
   /// Tangent of this segment at the crossing; of unit length when the settings ask for it.
   operator const TavMath::DVector&() const noexcept { return direction_; }
@@ -60,6 +63,7 @@ class LUMO_TYPE Intersection {
     return partner_ ? TavMath::Cross(direction_, partner_->direction_) : 0;
   }
 
+  /// A mark, a side and a number for the stages that read the table; nothing here looks at them.
   bool IsValid() const noexcept { return valid_; }
   void Invalidate() noexcept { valid_ = false; }
   void Reset() noexcept { valid_ = true; }
@@ -68,6 +72,7 @@ class LUMO_TYPE Intersection {
   /// The segments meet without crossing: at an end, or in a tangency.
   bool IsTouch() const noexcept { return touch_; }
   void SetTouch(bool touch) noexcept { touch_ = touch; }
+  /// A number for the stages that read the table.
   std::uint64_t GetCookie() const noexcept { return cookie_; }
   void SetCookie(std::uint64_t cookie) noexcept { cookie_ = cookie; }
 
@@ -96,8 +101,10 @@ class LUMO_TYPE Intersection {
 /// the two may be destroyed with its records: hosts move.
 class LUMO_API SegmentIntersections {
  public:
+  /// The kind of a segment.
   enum class Type : std::int32_t { line = 0, curve = 1 };
 
+  /// A segment without records; see the accessors below for the numbers.
   SegmentIntersections(int segmentStart, int curveId, int nextSegment, int thisSegment, int prevSegment,
                        bool zeroLength, Type type) noexcept;
   /// Shares the records with the source.
@@ -128,6 +135,8 @@ class LUMO_API SegmentIntersections {
   bool IsZeroLength() const noexcept { return zeroLength_; }
   void SetSegmentAsZeroLength(bool zeroLength = true) noexcept { zeroLength_ = zeroLength; }
 
+  /// The records, owned by this object, in the order of their discovery until Sort is called. An index must
+  /// lie below size; front and back need a record.
   const std::vector<Intersection*>& Intersections() const noexcept { return records_; }
   std::size_t size() const noexcept { return records_.size(); }
   bool empty() const noexcept { return records_.empty(); }
@@ -135,8 +144,10 @@ class LUMO_API SegmentIntersections {
   Intersection* front() const { return records_.front(); }
   Intersection* back() const { return records_.back(); }
 
+  /// Line or curve.
   Type SegmentType() const noexcept { return type_; }
   void SetSegmentType(Type type) noexcept { type_ = type; }
+  /// A mark, a side and a number for the stages that read the table; nothing here looks at them.
   bool IsValid() const noexcept { return valid_; }
   void Invalidate() noexcept { valid_ = false; }
   void Reset() noexcept { valid_ = true; }
@@ -177,6 +188,7 @@ class LUMO_API SegmentIntersections {
 class LUMO_TYPE SegmentIntersectionSettings {
  public:
   SegmentIntersectionSettings() noexcept = default;
+  /// With tolerances other than the defaults of 0.01 and 10 units.
   SegmentIntersectionSettings(double endpointTolerance, double touchTolerance) noexcept
       : endpoint_(endpointTolerance),
         touch_(touchTolerance),
@@ -189,6 +201,7 @@ class LUMO_TYPE SegmentIntersectionSettings {
   double GetTouchTolerance() const noexcept { return touch_; }
   /// A crossing this close in both parameters to a recorded contact is the same one.
   double GetDuplicateEndpointTimeTolerance() const noexcept { return duplicateTime_; }
+  /// The squares of the two tolerances.
   double GetEndpointToleranceSqrd() const noexcept { return endpointSqrd_; }
   double GetTouchToleranceSqrd() const noexcept { return touchSqrd_; }
   /// With cover gaps: ends closer than this are joined when their segments do not meet otherwise.
@@ -196,6 +209,7 @@ class LUMO_TYPE SegmentIntersectionSettings {
   void SetGapTolerance(double gap) noexcept { gap_ = gap; }
   double GetGapToleranceSqrd() const noexcept { return gap_ * gap_; }
 
+  /// Whether tangents in the records have unit length; default false.
   bool GetNormalizeDirVectors() const noexcept { return normalize_; }
   void SetNormalizeDirVectors(bool on) noexcept { normalize_ = on; }
   /// The next five are not read here; they are carried for the stages that read the table.
@@ -209,6 +223,7 @@ class LUMO_TYPE SegmentIntersectionSettings {
   void SetIncludeAdjacentSegmentIntersections(bool on) noexcept { adjacent_ = on; }
   bool GetPreferTouches() const noexcept { return preferTouches_; }
   void SetPreferTouches(bool on) noexcept { preferTouches_ = on; }
+  /// Whether ends within the gap tolerance are joined; default false.
   bool GetCoverGaps() const noexcept { return coverGaps_; }
   void SetCoverGaps(bool on) noexcept { coverGaps_ = on; }
 
@@ -230,6 +245,7 @@ class LUMO_TYPE SegmentIntersectionSettings {
 
 /// One path of a table. The arrays are the caller's and must outlive the table's use.
 struct LUMO_API CurveEntry {
+  /// The arrays and the number of nodes in each.
   const TavMath::DPoint* points = nullptr;
   const NODETYPE* nodes = nullptr;
   int count = 0;
@@ -240,6 +256,7 @@ struct LUMO_API CurveEntry {
   /// Ids of the paths that this one was found to meet, rising.
   std::vector<int> crossedCurves;
 
+  /// Whether a path is among them. Logarithmic.
   bool Crosses(int curveId) const noexcept;
 };
 
@@ -247,6 +264,7 @@ struct LUMO_API CurveEntry {
 class LUMO_API SegmentIntersectionTable {
  public:
   SegmentIntersectionTable() = default;
+  /// Tables are moved, not copied: they own records.
   SegmentIntersectionTable(SegmentIntersectionTable&&) noexcept = default;
   SegmentIntersectionTable& operator=(SegmentIntersectionTable&&) noexcept = default;
   SegmentIntersectionTable(const SegmentIntersectionTable&) = delete;
@@ -258,6 +276,8 @@ class LUMO_API SegmentIntersectionTable {
   int AddCurve(const TavMath::DPoint* points, const NODETYPE* types, int count, bool pairOnce = true,
                bool selfIntersectionsWanted = true) noexcept;
 
+  /// The segments and the paths, in the order in which they were added, and whether a search has found
+  /// anything.
   std::vector<SegmentIntersections>& Segments() noexcept { return segments_; }
   const std::vector<SegmentIntersections>& Segments() const noexcept { return segments_; }
   std::vector<CurveEntry>& Curves() noexcept { return curves_; }

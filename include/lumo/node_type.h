@@ -20,6 +20,7 @@ enum class ContinuityType : int { cusp = 0, smooth = 1, symmetric = 2 };
 
 /// One byte; converts to and from `unsigned char`, may be copied with memcpy, and has no constructor cost.
 struct LUMO_TYPE NODETYPE {
+  /// Masks and values of the bits, as the table at the top of the file has them.
   static constexpr unsigned char kKindMask = 0xC0;
   static constexpr unsigned char kMove = 0x00;
   static constexpr unsigned char kLine = 0x40;
@@ -36,24 +37,31 @@ struct LUMO_TYPE NODETYPE {
   static constexpr unsigned char kSelected = kEnabled | kUser;
 
   NODETYPE() = default;
+  /// From and to the byte.
   constexpr NODETYPE(unsigned char bits) : value(bits) {}
   constexpr operator unsigned char() const { return value; }
 
+  /// The kind.
   constexpr bool IsMove() const { return value < kLine; }
   constexpr bool IsLine() const { return (value & kKindMask) == kLine; }
   constexpr bool IsCurve() const { return (value & kKindMask) == kCurve; }
   constexpr bool IsControl() const { return value >= kControl; }
   constexpr bool IsOnCurve() const { return value < kControl; }
+  /// The flags.
   constexpr bool IsClosed() const { return (value & kClosed) != 0; }
   constexpr bool IsUser() const { return (value & kUser) != 0; }
   constexpr bool IsLetter() const { return (value & kLetter) != 0; }
   constexpr bool IsEnabled() const { return (value & kEnabled) != 0; }
   /// On-curve, enabled and a user node.
   constexpr bool IsSelected() const { return IsOnCurve() && (value & kSelected) == kSelected; }
+  /// The continuity.
   constexpr bool IsCusp() const { return (value & kContinuityMask) == 0; }
+  /// Bits 6 and 7: kMove, kLine, kCurve or kControl.
   constexpr unsigned char Kind() const { return value & kKindMask; }
+  /// Bits 4 and 5.
   constexpr ContinuityType Continuity() const { return static_cast<ContinuityType>((value >> 4) & 3); }
 
+  /// Write the kind (kMove, kLine, kCurve, kControl) or the continuity alone.
   constexpr void SetKind(unsigned char kind) {
     value = static_cast<unsigned char>((value & ~kKindMask) | (kind & kKindMask));
   }
@@ -61,9 +69,11 @@ struct LUMO_TYPE NODETYPE {
     value =
         static_cast<unsigned char>((value & ~kContinuityMask) | ((static_cast<int>(continuity) & 3) << 4));
   }
+  /// Sets or clears the given bits.
   constexpr void Set(unsigned char flags, bool on) {
     value = static_cast<unsigned char>(on ? value | flags : value & ~flags);
   }
+  /// Bit by bit.
   constexpr NODETYPE& operator|=(unsigned char bits) {
     return value = static_cast<unsigned char>(value | bits), *this;
   }
@@ -74,6 +84,7 @@ struct LUMO_TYPE NODETYPE {
     return value = static_cast<unsigned char>(value ^ bits), *this;
   }
 
+  /// The byte.
   unsigned char value;
 };
 static_assert(sizeof(NODETYPE) == 1);

@@ -24,6 +24,7 @@
 
 namespace Lumo {
 
+/// What every join does. Hosts may derive their own.
 class LUMO_API OffsetCorner {
  public:
   virtual ~OffsetCorner();
@@ -61,10 +62,12 @@ class LUMO_API CornerBase : public OffsetCorner {
                            const NODETYPE* nodes, double offset) const override;
 
  protected:
+  /// The class's own join: appends nodes from A, where the output ends, to B.
   virtual void BuildCorner(std::vector<TavMath::DPoint>& outPoints, std::vector<NODETYPE>& outNodes,
                            const TavMath::DVector& d1, const TavMath::DVector& d2, const TavMath::DVector& N1,
                            const TavMath::DVector& N2, const TavMath::DPoint& P, const TavMath::DPoint& A,
                            const TavMath::DPoint& B, double offset, double joinToleranceSqrd) const = 0;
+  /// Whether q lies strictly inside what BuildCorner adds.
   virtual bool IsPointInCorner(const TavMath::DPoint& q, const TavMath::DVector& d1,
                                const TavMath::DVector& d2, const TavMath::DVector& N1,
                                const TavMath::DVector& N2, const TavMath::DPoint& P, const TavMath::DPoint& A,

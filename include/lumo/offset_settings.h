@@ -26,6 +26,7 @@ class LUMO_API OffsetSettings {
  public:
   /// One cap for both ends of open subpaths.
   OffsetSettings(OffsetCorner* cornerType, OffsetCorner* cap, double offset, bool offsetInwards) noexcept;
+  /// A cap for each end.
   OffsetSettings(OffsetCorner* cornerType, OffsetCorner* startCap, OffsetCorner* endCap, double offset,
                  bool offsetInwards) noexcept;
   OffsetSettings(const OffsetSettings&) = delete;
@@ -46,18 +47,22 @@ class LUMO_API OffsetSettings {
   /// Largest deviation of an approximated offset curve, in units: the offset over 100, at least 100 (also for
   /// every negative offset) and at most 1000, until it is set.
   double MaxOffsetError() const noexcept { return maxOffsetError_; }
+  /// Its square.
   double MaxOffsetErrorSqrd() const noexcept { return maxOffsetErrorSqrd_; }
   /// Largest gap that is closed by moving end points together, 100 units.
   double MaxConnectError() const noexcept { return maxConnectError_; }
+  /// Its square.
   double MaxConnectErrorSqrd() const noexcept { return maxConnectErrorSqrd_; }
   /// Whether only the closed subpaths directly inside the outer ones are offset.
   bool OffsetInwards() const noexcept { return offsetInwards_; }
+  /// Which side of open subpaths is offset; default both.
   EOpenCurveOffsetSide OpenCurveOffsetSide() const noexcept { return openCurveOffsetSide_; }
   /// The repair that each subpath gets before it is offset: the defaults of CurveRepairSettings, but tight
   /// end radii are repaired.
   const CurveRepairSettings& RepairSettings() const noexcept { return repairSettings_; }
   CurveRepairSettings& RepairSettings() noexcept { return repairSettings_; }
 
+  /// See the accessors of the same names.
   void SetCloseShape(bool close) noexcept { closeShape_ = close; }
   void SetCombineShape(bool combine) noexcept { combineShape_ = combine; }
   void SetOpenCurveOffsetSide(EOpenCurveOffsetSide side) noexcept { openCurveOffsetSide_ = side; }

@@ -15,6 +15,7 @@ namespace Lumo {
 /// Writable arrays of a path. Empty (null, null, 0) when the storage could not be had.
 template <class T>
 struct LUMO_TYPE DrawCurveT {
+  /// Parallel arrays and their length.
   T* points = nullptr;
   NODETYPE* types = nullptr;
   std::size_t count = 0;
@@ -23,6 +24,7 @@ struct LUMO_TYPE DrawCurveT {
 /// Read-only arrays of a path.
 template <class T>
 struct LUMO_TYPE ConstDrawCurveT {
+  /// Parallel arrays and their length.
   const T* points = nullptr;
   const NODETYPE* types = nullptr;
   std::size_t count = 0;
@@ -30,6 +32,7 @@ struct LUMO_TYPE ConstDrawCurveT {
 
 /// The nodes first .. end-1 of a path.
 struct LUMO_TYPE SubcurveRange {
+  /// The first node, and one past the last.
   std::size_t first = 0;
   std::size_t end = 0;
   friend constexpr bool operator==(const SubcurveRange& a, const SubcurveRange& b) {
@@ -39,12 +42,14 @@ struct LUMO_TYPE SubcurveRange {
 
 /// A place on one segment: 0 at its start node, 1 at its end node, -1 for none.
 struct LUMO_TYPE SegmentPosition {
+  /// The parameter.
   double t = -1;
 };
 
 /// A place on a path: the segment between two on-curve nodes (lastNode is firstNode + 1 for a line, + 3 for a
 /// curve) and the parameter on it; -1 for none.
 struct LUMO_TYPE CurvePosition {
+  /// The start node, the end node, the parameter between them.
   int firstNode = -1;
   int lastNode = -1;
   double t = -1;
@@ -53,6 +58,7 @@ struct LUMO_TYPE CurvePosition {
 /// The nearest point found so far. A search only replaces it by a strictly nearer one.
 template <class T, class Position>
 struct LUMO_TYPE ClosestPoint {
+  /// The nearest point, its place on the path, and the squared distance.
   T point{};
   Position position{};
   double distanceSqrd = (std::numeric_limits<double>::max)();

@@ -23,5 +23,6 @@ struct LUMO_TYPE tagRECT {
 };
 #endif
 
+/// Exactly the same coordinates; not.
 inline constexpr bool operator==(const tagPOINT& a, const tagPOINT& b) { return a.x == b.x && a.y == b.y; }
 inline constexpr bool operator!=(const tagPOINT& a, const tagPOINT& b) { return !(a == b); }

@@ -11,6 +11,9 @@
 // Nothing throws. Members that return bool give false when memory runs out (the path is then as it was), when
 // an index is not below the node count, or when the edit does not apply; ranges that reach past the end are
 // cut to it.
+//
+// Coordinates, lengths and distances are in the path's own units, areas in square units, angles in radians.
+// A call costs one pass over the nodes or less, unless it or the header that it refers to says more.
 
 #include <algorithm>
 #include <concepts>
@@ -33,6 +36,7 @@ namespace Lumo {
 /// What AlignEnabledNodes lines nodes up with: an edge or a middle line of their common box.
 enum class NodeEdge : int { left = 0, right = 1, top = 2, bottom = 3, middleX = 4, middleY = 5 };
 
+/// A path. The comment of the file says what copies share, how long pointers live and what false means.
 template <class T>
 class LUMO_TEMPLATE_API PolycurveT {
  public:
@@ -42,11 +46,14 @@ class LUMO_TEMPLATE_API PolycurveT {
   using Translation = std::conditional_t<std::is_same_v<T, tagPOINT>, tagPOINT, TavMath::DVector>;
   /// The other of the two point types.
   using OtherPoint = std::conditional_t<std::is_same_v<T, tagPOINT>, TavMath::DPoint, tagPOINT>;
+  /// A box of such points.
   using Box = BoxT<T>;
+  /// What nearest-point searches give.
   using Closest = ClosestPoint<T, CurvePosition>;
 
   // ---- Construction and assignment ----
 
+  /// Empty.
   PolycurveT() noexcept;
   /// Empty, with room reserved for n nodes.
   explicit PolycurveT(std::size_t n) noexcept;
@@ -59,6 +66,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// Converts every point (to integers: half away from zero).
   explicit PolycurveT(const PolycurveT<OtherPoint>& other) noexcept;
   virtual ~PolycurveT();
+  /// As the constructors do.
   PolycurveT& operator=(const PolycurveT& other) noexcept;
   PolycurveT& operator=(PolycurveT&& other) noexcept;
 
@@ -68,7 +76,9 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool IsSameData(const PolycurveT& other) const noexcept { return data_ == other.data_; }
   /// Gives a path that refers to a caller's arrays a copy of its own; leaves any other path as it is.
   void EnsureDataOwnership() noexcept;
+  /// Makes room for n nodes in all.
   bool Reserve(std::size_t n) noexcept;
+  /// Exchanges two paths without copying nodes.
   void Swap(PolycurveT& other) noexcept;
   /// Removes all nodes and gives the memory up.
   bool Clear() noexcept;
@@ -86,6 +96,7 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Elements ----
 
+  /// The number of nodes, control points included.
   std::size_t GetPointCount() const noexcept { return data_ ? data_->GetCount() : 0; }
   bool IsEmpty() const noexcept { return GetPointCount() == 0; }
   /// Null when the path is empty.
@@ -94,6 +105,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// One element; a zero element for an index outside the path.
   const T& GetPoint(std::size_t i) const noexcept;
   const NODETYPE& GetNodeType(std::size_t i) const noexcept;
+  /// Replace one element. O(1) on storage of its own, else a copy of the path comes first.
   bool SetPoint(std::size_t i, const T& point) noexcept;
   bool SetNodeType(std::size_t i, NODETYPE type) noexcept;
   /// Replace all contents. Vectors of different length count up to the shorter one.
@@ -104,6 +116,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// Writes the closed flag of node i alone. The subpath's other closed end keeps its own, so the path is not
   /// well formed until the caller has set both.
   bool SetNodeClosed(std::size_t i, bool closed) noexcept;
+  /// The user and the letter flag of node i; false outside the path.
   bool IsUser(std::size_t i) const noexcept;
   bool SetUserNode(std::size_t i, bool user) noexcept;
   bool IsLetter(std::size_t i) const noexcept;
@@ -113,6 +126,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// One path per letter: a subpath whose move node carries the letter flag begins a new one. Subpaths before
   /// the first such node form a path of their own.
   std::vector<PolycurveT> GetLetterCurves() const;
+  /// Hides the handles: clears the user flag of every control point.
   bool ClearUserFlagOnArcs() noexcept;
 
   // Per-node flags as the functions of crv_navigation.h write them: both closed ends of a closed subpath
@@ -130,6 +144,8 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Appending ----
 
+  /// Append a move node, a line end or a curve with its two control points; all on-curve nodes are user nodes
+  /// and cusps. Nothing is checked: begin with MoveTo. Amortised constant time on storage of its own.
   bool MoveTo(const T& point) noexcept;
   bool MoveTo(Coordinate x, Coordinate y) noexcept { return MoveTo(T{x, y}); }
   bool LineTo(const T& point) noexcept;
@@ -141,7 +157,9 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool LineTo(Coordinate x, Coordinate y, bool mergeCollinear) noexcept {
     return LineTo(T{x, y}, mergeCollinear);
   }
+  /// A curve from the last point; see MoveTo.
   bool CubicTo(const T& control1, const T& control2, const T& end) noexcept;
+  /// Append nodes as they are, unchecked. The source may be this path.
   bool PushBack(const T& point, NODETYPE type) noexcept;
   bool PushBack(const T* points, const NODETYPE* types, std::size_t n) noexcept;
   bool PushBack(const std::vector<T>& points, const std::vector<NODETYPE>& types) noexcept;
@@ -168,9 +186,11 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// Fewer nodes -1, more 1, else the sign of the first differing byte of the points, then of the node types.
   /// An order for containers, not a geometric one.
   int Compare(const PolycurveT& other) const noexcept;
+  /// By Compare.
   bool operator==(const PolycurveT& other) const noexcept { return Compare(other) == 0; }
   bool operator!=(const PolycurveT& other) const noexcept { return Compare(other) != 0; }
   bool operator<(const PolycurveT& other) const noexcept { return Compare(other) < 0; }
+  /// TransformPoints, UnTransformPoints, TranslatePoints.
   PolycurveT& operator*=(const MATRIX& matrix) noexcept;
   PolycurveT& operator/=(const MATRIX& matrix) noexcept;
   PolycurveT& operator+=(const Translation& offset) noexcept;
@@ -181,25 +201,32 @@ class LUMO_TEMPLATE_API PolycurveT {
     TranslatePoints(offset);
     return *this;
   }
+  /// PushBack of the nodes of other paths.
   PolycurveT& operator+=(const PolycurveT& other) noexcept;
   PolycurveT& operator+=(const std::vector<PolycurveT>& others) noexcept;
 
   // ---- Subpaths ----
 
+  /// The number of move nodes. One scan.
   std::size_t GetSubpathCount() const noexcept;
+  /// The nodes of subpath k, 0 for the first; none, or false, when there is no such subpath.
   std::optional<SubcurveRange> GetSubpathRange(std::size_t k) const noexcept;
   bool GetSubpathRange(std::size_t k, std::size_t& first, std::size_t& end) const noexcept;
   /// Empty when there is no subpath k.
   PolycurveT GetSubpath(std::size_t k) const noexcept;
+  /// Each subpath as a path of its own.
   std::vector<PolycurveT> GetSubpaths() const;
   /// Paths over this path's arrays: valid until it is next written.
   std::vector<PolycurveRefT<T>> GetSubpathRefs() const;
+  /// The node ranges of all subpaths.
   std::vector<SubcurveRange> GetSubpathIndices() const;
+  /// Their arrays, inside this path's: valid until it is next written.
   std::vector<ConstDrawCurveT<T>> GetSubpathCurves() const;
   /// Those with a selected node.
   std::vector<ConstDrawCurveT<T>> GetEnabledSubpathCurves() const;
   /// Whether subpath k is closed; false when there is none.
   bool IsClosed(std::size_t k) const noexcept;
+  /// The same of the last subpath; of any.
   bool IsLastSubpathClosed() const noexcept;
   bool ContainsClosedSubpaths() const noexcept;
   /// With onlyRealSubpaths, lone move nodes do not count.
@@ -219,6 +246,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   double GetArea() const noexcept;
   /// GetArea() > 0.
   bool IsClockwise() const noexcept;
+  /// The length of all segments; gaps between subpaths do not count.
   double GetLength() const noexcept;
   double GetLength(TavMath::LengthAccuracy accuracy) const noexcept;
   /// The length from a position to the end of the path, and from the start of the path to a position.
@@ -234,10 +262,13 @@ class LUMO_TEMPLATE_API PolycurveT {
   TavMath::DVector GetTangentAt(const CurvePosition& position, bool reverse = false) const noexcept;
   /// The side of the nearest segment that a point lies on (y up).
   TavMath::Side GetSide(const T& point) const noexcept;
+  /// The same.
   TavMath::Side OnLeftOrRight(const T& point) const noexcept;
+  /// The nearest point; of equally near ones the first. False when the path has no segment.
   bool FindClosestPoint(const T& point, Closest& result) const noexcept;
   /// All equally near points, in path order.
   std::vector<Closest> FindClosestPoints(const T& point) const;
+  /// The farthest point; of equally far ones the first. False when the path has no segment.
   bool FindFarthestPoint(const T& point, Closest& result) const noexcept;
   /// n points at equal distances along the path; of an open path both ends are among them.
   std::vector<T> GetEvenlySpacedPoints(std::size_t n) const;
@@ -258,9 +289,11 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// The other path's nodes from otherStart, at most n of them.
   bool ReplacePoints(std::size_t start, std::size_t removeCount, const PolycurveT& other,
                      std::size_t otherStart, std::size_t n) noexcept;
+  /// ReplacePoints that removes nothing.
   bool InsertPoints(std::size_t at, const T* points, const NODETYPE* types, std::size_t n) noexcept;
   bool InsertPoints(std::size_t at, const PolycurveT& other) noexcept;
   bool InsertPoints(std::size_t at, const PolycurveT& other, std::size_t otherStart, std::size_t n) noexcept;
+  /// ReplacePoints that inserts nothing. Whole subpaths or segments are the caller's care.
   bool DeletePoints(std::size_t start, std::size_t n) noexcept;
   /// Cuts the path to n nodes when it has at least as many.
   bool Truncate(std::size_t n) noexcept;
@@ -288,16 +321,17 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   /// Joins two open ends, named by their node indices.
   bool Join(std::size_t a, std::size_t b) noexcept;
+  /// CRV_JoinEnabled and its like; false when nothing was joined.
   bool JoinEnabled() noexcept;
   bool JoinEnabledAddingLineSegments() noexcept;
   /// As JoinEnabledAddingLineSegments with a cubic that leaves and arrives along the tangents of the two
   /// ends.
   bool JoinEnabledAddingCurves() noexcept;
-  /// Merges open ends that lie within the tolerance of each other.
+  /// Merges open ends that lie within the tolerance of each other, nearest first. O(n log n) for n ends.
   bool JoinTouchingSubpaths(double tolerance) noexcept;
   /// Joins the path's first node to its last.
   bool JoinEndpoints() noexcept;
-  /// Joins the two nearest open ends by a line, again and again, until none is left.
+  /// Joins the two nearest open ends by a line, again and again, until none is left. O(n log n) for n ends.
   bool JoinClosestPairsAddingLineSegments() noexcept;
   /// Closes the subpath that holds node i with a straight line. The selection is lost. The closing line
   /// becomes the first segment, so the start node moves. False for a lone move node.
@@ -305,20 +339,26 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// Closes the last subpath: ends within the tolerance are put together (the last node moves to the first),
   /// else a closing line is added when addLine is set, else false.
   bool CloseLastSubpath(double tolerance, bool addLine) noexcept;
+  /// CloseLastSubpath(0, true).
   bool CloseLastSubpathWithOptionalLine() noexcept;
   /// Closes every open subpath, with a line where its ends differ.
   bool CloseOpenSubpaths() noexcept;
 
   // ---- Breaking, deleting, converting (see crv_edit.h, crv_convert.h) ----
 
+  /// CRV_BreakAtLocation at a position; at a length along the path, clamped to it.
   bool BreakAt(const CurvePosition& position) noexcept;
   bool BreakAtLength(double length) noexcept;
+  /// CRV_BreakEnabled.
   bool BreakEnabled(bool keepEnabled = false) noexcept;
+  /// CRV_DeleteEnabled of one on-curve node. The selection is lost.
   bool DeleteNode(std::size_t i) noexcept;
   /// Deletes the segment that ends at node i (or that control point i belongs to): opens a closed subpath
   /// there, splits an open one.
   bool DeleteSegment(std::size_t i) noexcept;
+  /// Removes the nodes of subpath k.
   bool DeleteSubpath(std::size_t k) noexcept;
+  /// CRV_DeleteEnabled.
   bool DeleteEnabled() noexcept;
   /// Delete the segments whose two end nodes are both selected, or are not both selected.
   bool DeleteSelectedChords() noexcept;
@@ -328,8 +368,9 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool ConvertToLine() noexcept;
   bool ConvertToCurve(std::size_t i) noexcept;
   bool ConvertToCurve() noexcept;
+  /// Reverses every subpath that has a selected node.
   bool ReverseEnabledSubpaths() noexcept;
-  /// Lets a closed subpath start at node i.
+  /// Lets a closed subpath start at on-curve node i. False for an open one and for a control point.
   bool SpinSubpath(std::size_t i) noexcept;
   bool SetPathStartAt(std::size_t i) noexcept;
   /// Lengthen every open subpath straight along its tangent: at its end, at its start, at both.
@@ -342,9 +383,11 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Alignment: nodes move together with their handles ----
 
+  /// Gives the selected nodes the edge or middle line of their common box.
   bool AlignEnabledNodes(NodeEdge edge) noexcept;
   /// Gives the selected nodes the position's x, y or both.
   bool AlignEnabledNodesToPosition(const T& position, bool alignX = true, bool alignY = true) noexcept;
+  /// Moves one node there.
   bool AlignSingleNodeToPosition(std::size_t i, const T& position) noexcept;
   /// To the centre of the pixel it lies in; pixels are squares of the given size, with a corner at the
   /// origin.
@@ -355,9 +398,11 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Repair and intersections (see repair.h, intersections.h) ----
 
+  /// See the function in repair.h.
   bool IsValidCurve() const noexcept;
   /// True when some node type was changed.
   bool RepairNodeTypes() noexcept;
+  /// See the functions in repair.h; lengths in units.
   bool ScrubDanglingMoves(bool keepLetterFlags) noexcept;
   bool RepairCurves(const CurveRepairSettings& settings) noexcept;
   bool RepairContinuity(const CurveRepairSettings& settings) noexcept;
@@ -365,6 +410,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool RemoveShortSegments(double length) noexcept;
   /// Removes the subpaths whose box is smaller than the size in both directions.
   bool RemoveSmallSubpaths(double size) noexcept;
+  /// Breaks this path where it meets the other; where it meets itself.
   bool BreakAtIntersections(const PolycurveT& other) noexcept;
   bool BreakAtSelfIntersections() noexcept;
   /// Whether some on-curve node lies within the tolerance of the point.
@@ -372,9 +418,11 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Shapes (see shapes.h) ----
 
+  /// The builders of shapes.h as paths; empty when memory runs out or a number is not finite.
   static PolycurveT CreateLine(const T& a, const T& b) noexcept;
   static PolycurveT CreateEllipse(const T& center, double rx, double ry, double startAngle = 0,
                                   double endAngle = 0, bool pie = false, bool userOnEnd = false) noexcept;
+  /// The builders of shapes.h as paths; empty when memory runs out or a number is not finite.
   static PolycurveT CreateCircle(const T& center, double radius) noexcept;
   static PolycurveT CreateRectangle(const Box& rect) noexcept;
   static PolycurveT CreateRectangle(double width, double height) noexcept;
@@ -392,6 +440,7 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   // ---- Boolean operations (see boolean.h): new paths, operands unchanged ----
 
+  /// The functions of boolean.h with one rule for both operands.
   PolycurveT Union(const PolycurveT& other, FillRule rule = FillRule::nonZero) const noexcept;
   PolycurveT Intersect(const PolycurveT& other, FillRule rule = FillRule::nonZero) const noexcept;
   PolycurveT Subtract(const PolycurveT& other, FillRule rule = FillRule::nonZero) const noexcept;
@@ -421,6 +470,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   explicit PolycurveT(Data* data) noexcept : data_(data) {}
   /// The one door to writing: storage that only this path holds. Null (path unchanged) when memory runs out.
   CurveData<T>* GetCurveData() noexcept;
+  /// Replaces the contents by two vectors, which are left empty.
   bool MoveData(std::vector<T>&& points, std::vector<NODETYPE>&& types) noexcept;
   /// ReleaseBuffer for the result of an in-place function: refuses a negative count.
   bool ReleaseBufferInternal(int n) noexcept;
@@ -450,6 +500,7 @@ class LUMO_TEMPLATE_API PolycurveT {
 template <class T>
 class LUMO_TEMPLATE_API PolycurveRefT : public PolycurveT<T> {
  public:
+  /// Refers to the arrays.
   PolycurveRefT(const T* points, const NODETYPE* types, std::size_t n) noexcept;
   /// A copy owns its nodes; a moved-to path still refers to the caller's arrays.
   PolycurveRefT(const PolycurveRefT&) noexcept = default;

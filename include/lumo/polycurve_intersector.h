@@ -15,6 +15,7 @@ struct LUMO_TYPE SegmentListHit {
   double timeB;  ///< parameter on the second list's segment
   double
       distance;  ///< |1 - timeA| on segment 0, |i + timeA - 1| on segment i: how far along the list, less one
+  /// The index in the second list.
   std::size_t segmentB;
 };
 
@@ -22,6 +23,7 @@ struct LUMO_TYPE SegmentListHit {
 /// Intersect may be called from many threads.
 class LUMO_API CPolyCurveIntersector {
  public:
+  /// The object.
   static const CPolyCurveIntersector& Instance() noexcept;
 
   CPolyCurveIntersector(const CPolyCurveIntersector&) = delete;

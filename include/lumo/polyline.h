@@ -8,6 +8,7 @@ namespace Lumo {
 template <class T>
 class LUMO_TEMPLATE_API PolylineT : public PolycurveT<T> {
  public:
+  /// Copies the points.
   PolylineT(const T* points, std::size_t n, bool closed) noexcept;
   PolylineT(const PolylineT&) noexcept = default;
   PolylineT(PolylineT&&) noexcept = default;

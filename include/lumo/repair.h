@@ -112,6 +112,7 @@ struct LUMO_TYPE CurveRepairReport {
   int danglingMoves = 0;  ///< move nodes that started nothing
   int fixedTypes = 0;     ///< flags of nodes
   int closedGaps = 0;     ///< closed subpaths whose ends lay apart
+  /// Segments that were removed or split, handles that were moved: see CurveRepairSettings.
   int zeroLengthSegments = 0;
   int shortSegments = 0;
   int splitBeziers = 0;
@@ -119,6 +120,7 @@ struct LUMO_TYPE CurveRepairReport {
   int tightEndpoints = 0;
   int continuity = 0;  ///< nodes whose continuity was wrong
 
+  /// Whether anything was mended.
   bool Any() const noexcept {
     return (strayNodes | danglingMoves | fixedTypes | closedGaps | zeroLengthSegments | shortSegments |
             splitBeziers | overlappingHandles | tightEndpoints | continuity) != 0;

@@ -31,7 +31,9 @@ class LUMO_API CSegment {
   bool IsLine() const noexcept { return kind_ == kLine; }
   /// 2 points of a line, 4 control points of a cubic.
   const TavMath::DPoint* Points() const noexcept { return points_.data(); }
+  /// How many.
   int PointCount() const noexcept { return kind_ == kLine ? 2 : 4; }
+  /// The two ends.
   const TavMath::DPoint& StartPoint() const noexcept { return points_[0]; }
   const TavMath::DPoint& EndPoint() const noexcept { return points_[kind_ == kLine ? 1 : 3]; }
   void SetStartPoint(const TavMath::DPoint& p) noexcept { points_[0] = p; }
@@ -47,29 +49,37 @@ class LUMO_API CSegment {
   NODETYPE ControlType(int index) const noexcept { return types_[index == 1 ? 0 : 1]; }
   void SetControlType(int index, NODETYPE type) noexcept { types_[index == 1 ? 0 : 1] = type; }
 
+  /// The point at a parameter.
   TavMath::DPoint PointAt(double t) const noexcept;
   /// Defined also where the derivative vanishes; not normalised.
   TavMath::DVector TangentAt(double t) const noexcept;
+  /// The length in units.
   double Length() const noexcept;
+  /// The box of all points, control points included.
   TavMath::BoundsT<double> ControlBox() const noexcept;
 
  protected:
   CSegment() noexcept = default;
 
+  /// What the accessors give.
   int kind_ = kLine;
   LineExtent extent_ = LineExtent::segment;
   std::array<TavMath::DPoint, 4> points_{};
   std::array<NODETYPE, 3> types_{NODETYPE(0xC0), NODETYPE(0xC0), NODETYPE(0x44)};
 };
 
+/// A straight line.
 class LUMO_API CLineSegment : public CSegment {
  public:
+  /// From its two ends; the type of the end node is 0x44.
   CLineSegment(const TavMath::DPoint& start, const TavMath::DPoint& end,
                LineExtent extent = LineExtent::segment) noexcept;
 };
 
+/// A cubic.
 class LUMO_API CBezierSegment : public CSegment {
  public:
+  /// From its four control points.
   explicit CBezierSegment(const TavMath::DPoint bezier[4]) noexcept;
 };
 
@@ -79,6 +89,7 @@ class LUMO_API CSegmentList {
   /// One subpath: its move node and the index of its first segment. Its segments end where those of the next
   /// begin.
   struct Subpath {
+    /// The move node's point and byte; the index of the first segment.
     TavMath::DPoint start;
     NODETYPE startType;
     std::size_t firstSegment;
@@ -91,12 +102,14 @@ class LUMO_API CSegmentList {
   CSegmentList(const TavMath::DPoint* points, const NODETYPE* types, int count);
   CSegmentList(const tagPOINT* points, const NODETYPE* types, int count);
 
+  /// The segments. An index must lie below size.
   std::size_t size() const noexcept { return segments_.size(); }
   bool empty() const noexcept { return segments_.empty(); }
   const CSegment& operator[](std::size_t index) const { return segments_[index]; }
   CSegment& operator[](std::size_t index) { return segments_[index]; }
   const std::vector<CSegment>& Segments() const noexcept { return segments_; }
 
+  /// The subpaths. k must lie below their number.
   std::size_t SubpathCount() const noexcept { return subpaths_.size(); }
   const Subpath& GetSubpath(std::size_t k) const { return subpaths_[k]; }
   /// One past the last segment of a subpath.

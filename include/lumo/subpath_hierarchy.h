@@ -24,6 +24,7 @@ class LUMO_API SubpathTreeNode {
   SubpathTreeNode(const TavMath::DPoint* points, const NODETYPE* nodes, int count, int curveId);
   SubpathTreeNode(const tagPOINT* points, const NODETYPE* nodes, int count, int curveId);
 
+  /// The number of subpaths directly inside this one.
   std::size_t GetNumberOfChildren() const noexcept { return children_.size(); }
   /// index must lie below the number of children.
   const SubpathTreeNode& GetChild(std::size_t index) const { return children_[index]; }
@@ -32,8 +33,10 @@ class LUMO_API SubpathTreeNode {
   /// The subpath's points: exactly one of the two is not null when the node has a path.
   const TavMath::DPoint* GetPoints() const noexcept { return doublePoints_; }
   const tagPOINT* GetCGIPoints() const noexcept { return integerPoints_; }
+  /// The node types and how many nodes there are.
   const NODETYPE* GetNodes() const noexcept { return nodes_; }
   int GetNumberOfPoints() const noexcept { return count_; }
+  /// Which of the paths the subpath comes from.
   int GetCurveID() const noexcept { return curveId_; }
   /// A point strictly inside a closed subpath (of non-zero winding when it crosses itself); on the integer
   /// grid for an integer path whenever a strictly interior grid point is found.
@@ -100,6 +103,8 @@ class LUMO_API SubpathTreeNode {
 class LUMO_API SubpathHierarchy : public SubpathTreeNode {
  public:
   SubpathHierarchy() noexcept = default;
+  /// Build the tree of one or more paths (open subpaths grouped, unless said otherwise), or from nodes. The
+  /// arrays stay the caller's.
   explicit SubpathHierarchy(const std::vector<ConstDrawCurveT<TavMath::DPoint>>& curves);
   explicit SubpathHierarchy(const std::vector<ConstDrawCurveT<tagPOINT>>& curves);
   SubpathHierarchy(const TavMath::DPoint* points, const NODETYPE* nodes, int count, bool groupOpenSubpaths);

@@ -21,6 +21,7 @@ class LUMO_API IAppPrefObject {
 template <class V, class Manager>
 class LUMO_TYPE CPrefObject : public IAppPrefObject {
  public:
+  /// The value.
   virtual V GetValue() const noexcept = 0;
   virtual void SetValue(V value) noexcept = 0;
 };
@@ -33,13 +34,16 @@ class LUMO_TYPE CAppPrefObject : public CPrefObject<V, CAppPrefManager> {};
 template <class V>
 class CSecretAppPrefObject;
 
+/// The one kind there is: a truth.
 template <>
 class LUMO_API CSecretAppPrefObject<bool> : public CAppPrefObject<bool> {
  public:
+  /// Registers itself under the key for as long as it lives.
   CSecretAppPrefObject(std::string_view key, bool value) noexcept;
   CSecretAppPrefObject(const CSecretAppPrefObject&) = delete;
   CSecretAppPrefObject& operator=(const CSecretAppPrefObject&) = delete;
   ~CSecretAppPrefObject() override;
+  /// As in the base classes.
   std::string_view GetKey() const noexcept override { return key_; }
   bool GetValue() const noexcept override;
   void SetValue(bool value) noexcept override;
@@ -53,6 +57,7 @@ class LUMO_API CSecretAppPrefObject<bool> : public CAppPrefObject<bool> {
 /// use while other threads look preferences up.
 class LUMO_API CAppPrefManager {
  public:
+  /// The manager of the process.
   static CAppPrefManager& GetInstance() noexcept;
   /// Null when there is none of that key.
   CSecretAppPrefObject<bool>* FindBool(std::string_view key) noexcept;

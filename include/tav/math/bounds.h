@@ -8,14 +8,18 @@ namespace TavMath {
 /// A box of minimum and maximum coordinates. A default box is empty (minimum above maximum) and grows by Add.
 template <class Scalar>
 struct LUMO_TYPE BoundsT {
+  /// The least and greatest coordinates.
   Scalar minx = (std::numeric_limits<Scalar>::max)();
   Scalar miny = (std::numeric_limits<Scalar>::max)();
   Scalar maxx = std::numeric_limits<Scalar>::lowest();
   Scalar maxy = std::numeric_limits<Scalar>::lowest();
 
+  /// Whether it holds no point; a NaN counts as that.
   constexpr bool IsEmpty() const { return !(minx <= maxx && miny <= maxy); }
+  /// The extents; meaningless for an empty box.
   constexpr Scalar Width() const { return maxx - minx; }
   constexpr Scalar Height() const { return maxy - miny; }
+  /// Grows to hold a point; to hold a box, which may be empty.
   constexpr void Add(Scalar x, Scalar y) {
     minx = x < minx ? x : minx;
     maxx = x > maxx ? x : maxx;
@@ -27,6 +31,7 @@ struct LUMO_TYPE BoundsT {
     Add(b.minx, b.miny);
     Add(b.maxx, b.maxy);
   }
+  /// Moves every edge outwards (inwards when negative).
   constexpr void Inflate(Scalar dx, Scalar dy) {
     minx -= dx;
     maxx += dx;
@@ -44,6 +49,7 @@ struct LUMO_TYPE BoundsT {
   constexpr bool Overlaps(const BoundsT& b) const {
     return minx <= b.maxx && b.minx <= maxx && miny <= b.maxy && b.miny <= maxy;
   }
+  /// The same four numbers.
   friend constexpr bool operator==(const BoundsT& a, const BoundsT& b) {
     return a.minx == b.minx && a.miny == b.miny && a.maxx == b.maxx && a.maxy == b.maxy;
   }

@@ -12,10 +12,12 @@
 
 namespace TavMath {
 
+/// Four control points.
 using Cubic = std::array<DPoint, 4>;
 
 /// How deep an arc length may subdivide; the result is always as good as doubles allow (1e-9 relative).
 struct LUMO_TYPE LengthAccuracy {
+  /// From and to the depth.
   constexpr LengthAccuracy(int depth = 10) : value(depth) {}
   constexpr operator int() const { return value; }
   int value;
@@ -34,6 +36,7 @@ LUMO_API DVector SecondDerivative(const DPoint bezier[4], double t) noexcept;
 LUMO_API void Split(double t, const DPoint source[4], DPoint* left, DPoint* right) noexcept;
 /// The part over [t0, t1] (t0 > t1: reversed), re-parametrised to [0, 1].
 LUMO_API void Subsection(double t0, double t1, const DPoint bezier[4], DPoint out[4]) noexcept;
+/// The part before t and the part behind it.
 LUMO_API void LeftOf(double t, const DPoint bezier[4], DPoint out[4]) noexcept;
 LUMO_API void RightOf(double t, const DPoint bezier[4], DPoint out[4]) noexcept;
 
@@ -57,28 +60,34 @@ LUMO_API bool FindClosestPointOnBezier(const DPoint bezier[4], const DPoint& que
                                        double& distanceSqrd) noexcept;
 /// All nearest points within rounding of each other, in parameter order.
 struct LUMO_TYPE ClosestPointsOnBezier {
+  /// How many; parameters and points, sorted by parameter; their common squared distance.
   int count = 0;
   double t[6];
   DPoint point[6];
   double distanceSqrd = (std::numeric_limits<double>::max)();
 };
+/// All points that are as near as the nearest. None when an input is not finite.
 LUMO_API ClosestPointsOnBezier FindClosestPointsOnBezier(const DPoint bezier[4],
                                                          const DPoint& query) noexcept;
 
-/// Crossings of two cubics (or a cubic and a line) in a fixed array, sorted by ta. A stretch that the two
-/// share is reported by its two ends with `overlap` set. A tangency is reported once.
+/// One crossing.
 struct LUMO_TYPE Crossing {
+  /// The two parameters and the place.
   double ta;
   double tb;
   DPoint point;
 };
+/// Crossings of two cubics (or a cubic and a line) in a fixed array, sorted by ta. A stretch that the two
+/// share is reported by its two ends with `overlap` set. A tangency is reported once.
 struct LUMO_TYPE Crossings {
+  /// How many, whether a stretch is shared, and the crossings.
   int count = 0;
   bool overlap = false;
   std::array<Crossing, 12> at;
 };
+/// All crossings of two cubics.
 LUMO_API Crossings IntersectBeziers(const DPoint a[4], const DPoint b[4]) noexcept;
-/// `infinite`: the line parameter may lie outside [0, 1].
+/// All crossings of a cubic (ta) and a line (tb). `infinite`: the line parameter may lie outside [0, 1].
 LUMO_API Crossings IntersectBezierLine(const DPoint bezier[4], const DPoint& l0, const DPoint& l1,
                                        bool infinite) noexcept;
 /// The vector forms replace the contents of the vectors. True when there is at least one crossing.
@@ -90,6 +99,7 @@ LUMO_API bool FindBezierLineIntersection(const DPoint bezier[4], const DPoint& l
 /// The double point of a loop: t0 < t1 in [0, 1].
 LUMO_API bool FindBezierSelfIntersection(const DPoint bezier[4], double& t0, double& t1,
                                          DPoint& point) noexcept;
+/// Whether the two have a point in common.
 LUMO_API bool DoBeziersIntersect(const DPoint a[4], const DPoint b[4]) noexcept;
 LUMO_API bool DoesBezierIntersectLineSegment(const DPoint bezier[4], const DPoint& l0,
                                              const DPoint& l1) noexcept;
@@ -122,9 +132,12 @@ LUMO_API double GetAreaUnderBezier(const DPoint bezier[4]) noexcept;
 
 /// Control points from and to power form.
 struct LUMO_TYPE PowerForm {
+  /// The coefficients of the powers.
   DVector k3, k2, k1;
+  /// The constant one: the start.
   DPoint k0;
 };
+/// There and back; back agrees to rounding.
 constexpr PowerForm ToPowerForm(const DPoint p[4]) {
   return {(p[3] - p[0]) - 3.0 * (p[2] - p[1]), 3.0 * ((p[2] - p[1]) - (p[1] - p[0])), 3.0 * (p[1] - p[0]),
           p[0]};

@@ -7,6 +7,7 @@ namespace TavMath {
 
 /// An affine map: x' = a x + c y + e, y' = b x + d y + f. Default: the identity.
 struct LUMO_API MATRIX {
+  /// The six coefficients.
   double a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
 
   /// Maps count points in place; integer points are rounded half away from zero. A null array or a count of 0
@@ -19,6 +20,7 @@ struct LUMO_API MATRIX {
   DVector Transform(const DVector& v) const noexcept { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
   /// Replaces this map by its inverse. False, and unchanged, when it is singular or not finite.
   bool Invert() noexcept;
+  /// a d - b c: the factor for areas, negative for a mirror image.
   double Determinant() const noexcept { return a * d - b * c; }
 };
 

@@ -24,10 +24,12 @@ LUMO_API tagRECT UnionRect(const tagRECT& a, const tagRECT& b) noexcept;
 /// Edges count as inside. Right for both orientations: y is compared with the lesser and greater of top and
 /// bottom.
 LUMO_API bool IsPointInRect(const tagRECT& rect, const tagPOINT& p) noexcept;
+/// Edges count as inside.
 LUMO_API bool IsPointInRect(const BoundsT<double>& box, const DPoint& p) noexcept;
 
 /// Half away from zero through a 32-bit integer: outside its range the result saturates, NaN gives 0.
 LUMO_API std::int32_t RoundToInt(double value) noexcept;
+/// Both coordinates.
 inline tagPOINT RoundPoint(const DPoint& p) noexcept { return {RoundToInt(p.x), RoundToInt(p.y)}; }
 /// Towards zero, with the same saturation.
 LUMO_API std::int32_t TruncateToInt(double value) noexcept;

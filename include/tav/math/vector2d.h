@@ -10,9 +10,11 @@ namespace TavMath {
 /// point. Trivially default constructible (uninitialised), so that arrays of points cost nothing to make.
 template <class Scalar, int Kind>
 struct LUMO_TYPE vector2dT {
+  /// The coordinates.
   Scalar x;
   Scalar y;
 
+  /// The affine rules in place.
   constexpr vector2dT& operator+=(const vector2dT<Scalar, 0>& d) {
     x += d.x;
     y += d.y;
@@ -28,6 +30,7 @@ struct LUMO_TYPE vector2dT {
     y *= s;
     return *this;
   }
+  /// Exactly the same coordinates; not.
   friend constexpr bool operator==(const vector2dT& a, const vector2dT& b) {
     return a.x == b.x && a.y == b.y;
   }
@@ -39,6 +42,7 @@ using DPoint = vector2dT<double, 1>;
 /// A direction of two doubles.
 using DVector = vector2dT<double, 0>;
 
+/// The affine rules; see vector2dT.
 template <class S>
 constexpr vector2dT<S, 0> operator-(const vector2dT<S, 1>& a, const vector2dT<S, 1>& b) {
   return {a.x - b.x, a.y - b.y};
@@ -68,10 +72,13 @@ constexpr vector2dT<S, 0> operator*(S s, const vector2dT<S, 0>& d) {
 constexpr double Dot(const DVector& u, const DVector& v) { return u.x * v.x + u.y * v.y; }
 /// u.x v.y - u.y v.x: positive when v turns left of u (y up).
 constexpr double Cross(const DVector& u, const DVector& v) { return u.x * v.y - u.y * v.x; }
+/// u . u.
 constexpr double LengthSqrd(const DVector& u) { return Dot(u, u); }
 /// Length without overflow or underflow of the squares.
 inline double Length(const DVector& u) { return std::hypot(u.x, u.y); }
+/// The distance squared.
 constexpr double DistanceSqrd(const DPoint& a, const DPoint& b) { return LengthSqrd(a - b); }
+/// The distance.
 inline double Distance(const DPoint& a, const DPoint& b) { return Length(a - b); }
 /// The point (1 - t) a + t b, formed as a + t (b - a).
 constexpr DPoint Lerp(const DPoint& a, const DPoint& b, double t) { return a + t * (b - a); }

@@ -10,13 +10,17 @@ namespace TavUtils {
 template <class Element>
 class LUMO_TYPE array_view {
  public:
+  /// As containers have them.
   using value_type = Element;
   using iterator = Element*;
 
+  /// Empty; a pointer and a number; two pointers.
   constexpr array_view() noexcept = default;
+  /// From a pointer and a number; from two pointers.
   constexpr array_view(Element* data, std::size_t size) noexcept : begin_(data), end_(data + size) {}
   constexpr array_view(Element* begin, Element* end) noexcept : begin_(begin), end_(end) {}
 
+  /// As containers have them. front, back and the index need an element that is there.
   constexpr Element* begin() const noexcept { return begin_; }
   constexpr Element* end() const noexcept { return end_; }
   constexpr Element* data() const noexcept { return begin_; }

@@ -14,12 +14,15 @@ struct LUMO_TYPE NoOwner{};
 template <class Iterator, class Owner = NoOwner>
 class LUMO_TYPE RangeView {
  public:
+  /// As containers have it.
   using iterator = Iterator;
 
   RangeView() = default;
+  /// From the two ends and what they look into.
   RangeView(Iterator begin, Iterator end, Owner owner = Owner())
       : begin_(std::move(begin)), end_(std::move(end)), owner_(std::move(owner)) {}
 
+  /// The ends, whether they meet, and what is kept alive.
   const Iterator& begin() const noexcept { return begin_; }
   const Iterator& end() const noexcept { return end_; }
   bool empty() const noexcept { return begin_ == end_; }
@@ -35,12 +38,14 @@ class LUMO_TYPE RangeView {
 template <class Integer>
 class LUMO_TYPE IndexT {
  public:
+  /// What an iterator declares.
   using iterator_category = std::input_iterator_tag;
   using value_type = Integer;
   using difference_type = std::ptrdiff_t;
   using pointer = const Integer*;
   using reference = Integer;
 
+  /// An index and the steps and comparisons of an iterator.
   constexpr IndexT(Integer value = 0) noexcept : value_(value) {}
   constexpr Integer operator*() const noexcept { return value_; }
   constexpr IndexT& operator++() noexcept {
@@ -66,6 +71,7 @@ inline RangeView<IndexT<std::size_t>> IndexRange(std::size_t first, std::size_t 
 template <class Getter, class Step>
 class LUMO_TYPE factory_iterator_t {
  public:
+  /// What an iterator declares.
   using iterator_category = std::input_iterator_tag;
   using value_type = decltype(std::declval<const Getter&>()(std::size_t{}));
   using difference_type = std::ptrdiff_t;
@@ -73,9 +79,11 @@ class LUMO_TYPE factory_iterator_t {
   using reference = value_type;
 
   factory_iterator_t() = default;
+  /// Starts at a number, cut to the end.
   factory_iterator_t(std::size_t number, std::size_t end, Getter getter, Step step) noexcept
       : number_(number < end ? number : end), end_(end), getter_(getter), step_(step) {}
 
+  /// The steps and comparisons of an iterator, and the number it stands at.
   value_type operator*() const { return getter_(number_); }
   factory_iterator_t& operator++() {
     if (number_ == end_) return *this;
@@ -88,6 +96,7 @@ class LUMO_TYPE factory_iterator_t {
     ++*this;
     return before;
   }
+  /// The number it stands at; two iterators are equal when they stand at the same one.
   std::size_t number() const noexcept { return number_; }
   friend bool operator==(const factory_iterator_t& a, const factory_iterator_t& b) noexcept {
     return a.number_ == b.number_;

@@ -22,6 +22,7 @@ class LUMO_TYPE ThreadLock {
 /// Holds the lock for reading while it lives.
 class LUMO_TYPE ReadLock {
  public:
+  /// Waits for the lock.
   explicit ReadLock(ThreadLock& lock) : lock_(lock.mutex_) {}
 
  private:
@@ -31,6 +32,7 @@ class LUMO_TYPE ReadLock {
 /// Holds the lock for writing while it lives.
 class LUMO_TYPE WriteLock {
  public:
+  /// Waits for the lock.
   explicit WriteLock(ThreadLock& lock) : lock_(lock.mutex_) {}
 
  private:
