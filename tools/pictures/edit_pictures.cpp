@@ -169,7 +169,7 @@ void Transform(Picture& p) {
                 }));
 }
 void EnabledBox(Picture& p) {
-  const Path path = Select(Bridge(), {1, 4, 5});
+  const Path path = Select(Bridge(), {1, 4, 6});
   tagRECT box{};
   CRV_GetEnabledBoundingBox(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()),
                             &box);
