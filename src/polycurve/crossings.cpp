@@ -13,6 +13,11 @@
 namespace Lumo {
 namespace {
 
+/// How far apart two segments of such points may run and still meet: the nodes of an integer path are
+/// rounded, so a node that was put on a segment lies beside it.
+template <class T>
+constexpr double kReachSqrd = std::is_same_v<T, tagPOINT> ? kRoundedNodeSqrd : 0;
+
 /// A segment with its box and the parameters at which it is cut.
 struct CutSegment {
   PathSegment segment;
@@ -21,14 +26,39 @@ struct CutSegment {
 
   /// A cut at an end is a break at that node.
   void Cut(double t) { cuts.push_back(t < kCutAtNode ? 0 : t > 1 - kCutAtNode ? 1 : t); }
+
+  /// Puts the cuts in order, each once.
+  template <class T>
+  void Tidy() {
+    std::sort(cuts.begin(), cuts.end());
+    cuts.erase(std::unique(cuts.begin(), cuts.end(), [](double p, double q) { return q - p < kCutAtNode; }),
+               cuts.end());
+    if constexpr (std::is_same_v<T, tagPOINT>) {
+      // Rounding would leave nothing of a piece shorter than a unit: its two ends become one cut.
+      double from = 0;
+      for (double& t : cuts) from = t = IsNothing<T>(from, t) ? from : IsNothing<T>(t, 1) ? 1 : t;
+      cuts.erase(std::unique(cuts.begin(), cuts.end()), cuts.end());
+    }
+  }
+
+ private:
+  /// Whether a piece has all its points at one place once they are rounded.
+  template <class T>
+  bool IsNothing(double from, double to) const {
+    const T start = FromDouble<T>(segment.PointAt(from));
+    return start == FromDouble<T>(segment.PointAt(0.5 * from + 0.5 * to)) &&
+           start == FromDouble<T>(segment.PointAt(to));
+  }
 };
 
 template <class T>
 std::vector<CutSegment> Collect(const PolycurveT<T>& path) {
   std::vector<CutSegment> segments;
+  const double grow = std::sqrt(kReachSqrd<T>);
   WalkSegments(path.GetNodeTypes(), static_cast<int>(path.GetPointCount()), [&](int first, int last) {
     CutSegment cut{LoadSegment(path.GetPoints(), first, last), {}, {}};
     for (int k = 0; k <= last - first; ++k) cut.box.Add(cut.segment.p[k].x, cut.segment.p[k].y);
+    cut.box.Inflate(grow, grow);
     segments.push_back(std::move(cut));
   });
   return segments;
@@ -66,6 +96,59 @@ TavMath::CubicBezier::Crossings Cross(const PathSegment& a, const PathSegment& b
   AsCubic(a, p);
   AsCubic(b, q);
   return TavMath::CubicBezier::IntersectBeziers(p, q);
+}
+
+/// The parameter at which a segment passes a point within the reach; false when it does not.
+bool Passes(const PathSegment& segment, const DPoint& p, double reachSqrd, double& t) {
+  double distanceSqrd = 0;
+  if (segment.IsLine()) {
+    const DVector d = segment.p[1] - segment.p[0];
+    const double length = TavMath::LengthSqrd(d);
+    t = length > 0 ? std::clamp(TavMath::Dot(d, p - segment.p[0]) / length, 0.0, 1.0) : 0;
+    distanceSqrd = TavMath::DistanceSqrd(segment.PointAt(t), p);
+  } else {
+    DPoint foot;
+    if (!TavMath::CubicBezier::FindClosestPointOnBezier(segment.p, p, t, foot, distanceSqrd)) return false;
+  }
+  return distanceSqrd < reachSqrd;
+}
+
+/// Where two segments meet, at parameters of both.
+struct Meeting {
+  double ta, tb;
+  DPoint point;
+};
+
+/// The crossings of two segments and, within the reach, the ends of either that lie on the other. An end
+/// stands for a crossing right beside it, and two ends of lines for the whole stretch between them.
+void FindMeetings(const CutSegment& a, const CutSegment& b, double reachSqrd, std::vector<Meeting>& found) {
+  found.clear();
+  if (reachSqrd > 0) {
+    for (const double end : {0.0, 1.0}) {
+      double t = 0;
+      const DPoint ofA = a.segment.PointAt(end), ofB = b.segment.PointAt(end);
+      if (b.box.Contains(ofA.x, ofA.y) && Passes(b.segment, ofA, reachSqrd, t))
+        found.push_back({end, t, ofA});
+      if (a.box.Contains(ofB.x, ofB.y) && Passes(a.segment, ofB, reachSqrd, t))
+        found.push_back({t, end, ofB});
+    }
+  }
+  const std::size_t ends = found.size();
+  const auto isAtEnd = [&](const DPoint& p) {
+    return std::any_of(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(ends),
+                       [&](const Meeting& m) { return TavMath::DistanceSqrd(m.point, p) < kBesideEndSqrd; });
+  };
+  if (a.segment.IsLine() && b.segment.IsLine() && ends > 1 &&
+      std::any_of(found.begin() + 1, found.end(), [&](const Meeting& m) {
+        return !(TavMath::DistanceSqrd(m.point, found[0].point) < kBesideEndSqrd);
+      })) {
+    return;
+  }
+  const auto crossings = Cross(a.segment, b.segment);
+  for (int k = 0; k < crossings.count; ++k) {
+    const auto& at = crossings.at[static_cast<std::size_t>(k)];
+    if (!isAtEnd(at.point)) found.push_back({at.ta, at.tb, at.point});
+  }
 }
 
 /// Calls visit(i, j) for every pair of boxes that meet, one from each list: a sweep along x.
@@ -113,10 +196,7 @@ bool Break(const PolycurveT<T>& path, std::vector<CutSegment>& segments, std::ve
   std::vector<int> breaks;
   for (CutSegment& s : segments) {
     if (s.cuts.empty()) continue;
-    std::sort(s.cuts.begin(), s.cuts.end());
-    s.cuts.erase(
-        std::unique(s.cuts.begin(), s.cuts.end(), [](double p, double q) { return q - p < kCutAtNode; }),
-        s.cuts.end());
+    s.template Tidy<T>();
     writer.CopyUpTo(s.segment.first + 1);
     if (s.cuts.front() == 0) breaks.push_back(writer.LastIndex());
     const bool atEnd = s.cuts.back() == 1;
@@ -149,9 +229,10 @@ bool PolycurveT<T>::BreakAtIntersections(const PolycurveT& other) noexcept {
   try {
     std::vector<CutSegment> own = Collect(*this);
     const std::vector<CutSegment> others = Collect(other);
+    std::vector<Meeting> found;
     SweepPairs(own, others, [&](std::size_t i, std::size_t j) {
-      const auto found = Cross(own[i].segment, others[j].segment);
-      for (int k = 0; k < found.count; ++k) own[i].Cut(found.at[static_cast<std::size_t>(k)].ta);
+      FindMeetings(own[i], others[j], kReachSqrd<T>, found);
+      for (const Meeting& at : found) own[i].Cut(at.ta);
     });
     std::vector<T> points;
     std::vector<NODETYPE> types;
@@ -165,11 +246,11 @@ template <class T>
 bool PolycurveT<T>::BreakAtSelfIntersections() noexcept {
   try {
     std::vector<CutSegment> own = Collect(*this);
+    std::vector<Meeting> found;
     SweepPairs(own, own, [&](std::size_t i, std::size_t j) {
       if (i >= j) return;  // every pair comes twice
-      const auto found = Cross(own[i].segment, own[j].segment);
-      for (int k = 0; k < found.count; ++k) {
-        const auto& at = found.at[static_cast<std::size_t>(k)];
+      FindMeetings(own[i], own[j], kReachSqrd<T>, found);
+      for (const Meeting& at : found) {
         CutSegment cutA{own[i].segment, {}, {}}, cutB{own[j].segment, {}, {}};
         cutA.Cut(at.ta);
         cutB.Cut(at.tb);

@@ -65,6 +65,12 @@ inline constexpr double kFitLongestHandle = 3;
 /// a node would only leave a sliver.
 inline constexpr double kCutAtNode = 1e-9;
 
+/// Squared distance (units squared) by which rounding moves a node of an integer path at most: a node this
+/// close to a segment was put on it, and lines whose ends are this close run together.
+inline constexpr double kRoundedNodeSqrd = 0.5;
+/// Squared distance (units squared) from such a node within which a crossing is the same meeting.
+inline constexpr double kBesideEndSqrd = 4.0;
+
 /// Two lines whose directions differ by less than this sine may share a stretch: the quotient that gives
 /// their crossing says nothing then, and they are compared as curves, which finds the ends of the stretch.
 inline constexpr double kParallelLines = 1e-9;

@@ -454,6 +454,27 @@ TYPED_TEST(Editing, SharedStretchesBreakAtTheirEnds) {
   EXPECT_TRUE(straight == before) << "a straight joint shares no stretch";
 }
 
+TEST(EditingInteger, BreaksAllowForTheRoundingOfNodes) {
+  const struct {
+    const char *path, *other, *expected;
+  } cases[] = {
+      // A node put on the line, to the nearest grid point above or below it.
+      {"M0,0 L1000,333", "M500,167 L800,900", "M0,0 L500,167 M500,167 L1000,333"},
+      {"M0,0 L1000,333", "M500,166 L800,900", "M0,0 L500,166 M500,166 L1000,333"},
+      // The two run together from there on, however their last bits cross.
+      {"M0,0 L1000,333", "M500,167 L1500,500", "M0,0 L500,167 M500,167 L1000,333"},
+      // A crossing that rounds to the start of the line leaves no piece without length.
+      {"M0,0 L1000,0", "M0,-3 L1,4", "M0,0 L1000,0"},
+      // Beside the line is not on it.
+      {"M0,0 L1000,0", "M500,1 L800,900", "M0,0 L1000,0"},
+  };
+  for (const auto& c : cases) {
+    auto path = Parse<tagPOINT>(c.path);
+    EXPECT_TRUE(path.BreakAtIntersections(Parse<tagPOINT>(c.other)));
+    ExpectShape(path, c.expected);
+  }
+}
+
 TYPED_TEST(Editing, SmallSubpathsGo) {
   auto path = Parse<TypeParam>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100");
   EXPECT_TRUE(path.RemoveSmallSubpaths(10));
