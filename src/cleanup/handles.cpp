@@ -20,59 +20,6 @@ End EndOf(const CSegment& segment, bool atStart) {
   return atStart ? End{p[0], p[1], p[2], p[3]} : End{p[3], p[2], p[1], p[0]};
 }
 
-void SetHandle(CSegment& segment, bool atStart, const DPoint& handle) {
-  segment.SetControl(atStart ? 1 : 2, handle);
-}
-
-/// Calls change(segment, atStart) for both ends of every Bezier; it returns whether it changed the handle.
-template <class Change>
-int ForEachEnd(Subpath& subpath, Change change) {
-  int changed = 0;
-  for (CSegment& segment : subpath.segments) {
-    if (segment.IsLine()) continue;
-    for (const bool atStart : {true, false}) changed += change(segment, atStart);
-  }
-  return changed;
-}
-
-/// Where the curve goes from a node whose handle says nothing.
-DVector DirectionBeyondHandle(const End& end) {
-  const DVector beyond = end.beyond - end.node;
-  return LengthSqrd(beyond) > 0 ? beyond : end.opposite - end.node;
-}
-
-bool FixOverlap(CSegment& segment, bool atStart, double offset, Precision precision) {
-  const End end = EndOf(segment, atStart);
-  const DVector handle = end.handle - end.node, direction = DirectionBeyondHandle(end);
-  const double chord = Distance(end.node, end.opposite), size = Length(direction);
-  const double reach = offset * (chord > 0 ? chord : size);
-  if (!(size > 0) || !(reach > 0)) return false;
-  const bool isOnOrBehind = LengthSqrd(handle) < reach * reach && Dot(handle, direction) <= 0;
-  // The integer points need room for a direction; 0 would stay 0 for ever.
-  if (!isOnOrBehind || (precision.isInteger && reach < kShortestIntegerHandle)) return false;
-  SetHandle(segment, atStart, end.node + direction * (reach / size));
-  return true;
-}
-
-/// The curvature at a node is 2/3 of the distance of the far control point from the tangent, over the square
-/// of the handle: a longer handle eases it and keeps the tangent.
-bool Ease(CSegment& segment, bool atStart, double radiusLimit, Precision precision) {
-  const End end = EndOf(segment, atStart);
-  const DVector handle = end.handle - end.node;
-  const double length = Length(handle);
-  if (!(length > 0)) return false;
-  const DVector unit = handle * (1.0 / length);
-  const double off = std::fabs(Cross(unit, end.beyond - end.node));
-  const double needed = std::sqrt(2.0 / 3.0 * off * radiusLimit);
-  if (!(length < needed)) return false;
-  // Where the whole curve is as small as the limit, the handle must not reach beyond it.
-  const double most = std::max({Distance(end.node, end.beyond), Distance(end.node, end.opposite)});
-  const double eased = std::min(needed * kEaseSlack + (precision.isInteger ? kIntegerEaseSlack : 0), most);
-  if (!(eased > length)) return false;
-  SetHandle(segment, atStart, end.node + unit * eased);
-  return true;
-}
-
 /// The parameters at which a Bezier whose control points lie on a line turns back. Returns their number.
 int FindFolds(const DPoint p[4], double t[2]) {
   TavMath::BoundsT<double> box;
@@ -102,6 +49,68 @@ double OverlapSplit(const CSegment& segment) {
   for (int k = 0; k < folds; ++k)
     if (t[k] > kSplitMargin && t[k] < 1 - kSplitMargin) return t[k];
   return -1;
+}
+
+/// Moves a handle unless the curve would begin to overlap itself: a later split would bring the old defect
+/// back, and so on for ever.
+bool MoveHandle(CSegment& segment, bool atStart, const DPoint& handle) {
+  CSegment moved = segment;
+  moved.SetControl(atStart ? 1 : 2, handle);
+  if (OverlapSplit(moved) > 0 && !(OverlapSplit(segment) > 0)) return false;
+  segment = moved;
+  return true;
+}
+
+/// Calls change(segment, atStart) for both ends of every Bezier; it returns whether it changed the handle.
+template <class Change>
+int ForEachEnd(Subpath& subpath, Change change) {
+  int changed = 0;
+  for (CSegment& segment : subpath.segments) {
+    if (segment.IsLine()) continue;
+    for (const bool atStart : {true, false}) changed += change(segment, atStart);
+  }
+  return changed;
+}
+
+/// Where the curve goes from a node whose handle says nothing.
+DVector DirectionBeyondHandle(const End& end) {
+  const DVector beyond = end.beyond - end.node;
+  return LengthSqrd(beyond) > 0 ? beyond : end.opposite - end.node;
+}
+
+bool FixOverlap(CSegment& segment, bool atStart, double offset, Precision precision) {
+  const End end = EndOf(segment, atStart);
+  const DVector handle = end.handle - end.node, direction = DirectionBeyondHandle(end);
+  const double chord = Distance(end.node, end.opposite), size = Length(direction);
+  const double reach = offset * (chord > 0 ? chord : size);
+  if (!(size > 0) || !(reach > 0)) return false;
+  const bool isOnOrBehind = LengthSqrd(handle) < reach * reach && Dot(handle, direction) <= 0;
+  // The integer points need room for a direction; 0 would stay 0 for ever.
+  if (!isOnOrBehind || (precision.isInteger && reach < kShortestIntegerHandle)) return false;
+  return MoveHandle(segment, atStart, end.node + direction * (reach / size));
+}
+
+/// The curvature at a node is 2/3 of the distance of the far control point from the tangent, over the square
+/// of the handle: a longer handle eases it and keeps the tangent.
+bool Ease(CSegment& segment, bool atStart, double radiusLimit, Precision precision) {
+  const End end = EndOf(segment, atStart);
+  const DVector handle = end.handle - end.node;
+  const double length = Length(handle);
+  if (!(length > 0)) return false;
+  const DVector unit = handle * (1.0 / length);
+  const double off = std::fabs(Cross(unit, end.beyond - end.node)), arm = Distance(end.node, end.beyond);
+  const auto lengthFor = [=](double distance) { return std::sqrt(2.0 / 3.0 * distance * radiusLimit); };
+  const double needed = lengthFor(off);
+  if (!(length < needed)) return false;
+  // Rounding turns an integer handle a little, and with it a far control point moves off the tangent.
+  const double turned = precision.isInteger ? arm * kIntegerHandleError / std::max(needed, 1.0) : 0;
+  const double slack = precision.isInteger ? kIntegerEaseSlack : 0;
+  // Where the whole curve is as small as the limit, the handle must not reach beyond it.
+  const double most = std::max(arm, Distance(end.node, end.opposite));
+  const double eased = std::min(lengthFor(off + turned) * kEaseSlack + slack, most);
+  // A gain that rounding takes back is none.
+  if (!(eased > length + (eased == most ? slack : 0))) return false;
+  return MoveHandle(segment, atStart, end.node + unit * eased);
 }
 
 }  // namespace
