@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "hierarchy/sample_point.h"
@@ -9,6 +10,11 @@ namespace Lumo {
 namespace {
 
 bool StartsClosed(const NODETYPE* nodes, int count) { return nodes && count > 0 && nodes[0].IsClosed(); }
+
+/// A node without both arrays has no path, whatever count it was given.
+int HeldNodes(const void* points, const NODETYPE* nodes, int count) {
+  return points && nodes ? std::max(count, 0) : 0;
+}
 
 /// Appends the nodes of one type of path to a polycurve of any type.
 template <class To, class From>
@@ -26,12 +32,12 @@ void AppendPath(PolycurveT<To>& target, const From* points, const NODETYPE* node
 }  // namespace
 
 SubpathTreeNode::SubpathTreeNode(const DPoint* points, const NODETYPE* nodes, int count, int curveId)
-    : doublePoints_(points), nodes_(nodes), count_(count), curveId_(curveId) {
+    : doublePoints_(points), nodes_(nodes), count_(HeldNodes(points, nodes, count)), curveId_(curveId) {
   if (points && StartsClosed(nodes, count)) sample_ = FindSamplePoint(points, nodes, count);
 }
 
 SubpathTreeNode::SubpathTreeNode(const tagPOINT* points, const NODETYPE* nodes, int count, int curveId)
-    : integerPoints_(points), nodes_(nodes), count_(count), curveId_(curveId) {
+    : integerPoints_(points), nodes_(nodes), count_(HeldNodes(points, nodes, count)), curveId_(curveId) {
   if (points && StartsClosed(nodes, count)) sample_ = FindSamplePoint(points, nodes, count);
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "lumo/path_array.h"
@@ -36,8 +37,10 @@ bool PolycurveT<T>::ReplacePoints(std::size_t start, std::size_t removeCount, co
   }
   start = std::min(start, count);
   removeCount = std::min(removeCount, count - start);
+  const std::size_t kept = count - removeCount;
+  if (n > std::numeric_limits<std::size_t>::max() - kept) return false;
   CurveData<T>* data = GetCurveData();
-  if (!data || !EnsureRoom(*data, count - removeCount + n)) return false;
+  if (!data || !EnsureRoom(*data, kept + n)) return false;
   Splice(data->points, start, removeCount, points, n);
   Splice(data->types, start, removeCount, types, n);
   return true;
