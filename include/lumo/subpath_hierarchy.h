@@ -4,6 +4,8 @@
 //
 // The tree points into the arrays it was built from. They must outlive it unchanged: areas are cached on
 // first use and never invalidated, and writing to a PolycurveT moves its storage.
+//
+// What is not noexcept here throws std::bad_alloc when memory runs out.
 
 #include <cstddef>
 #include <vector>

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "hierarchy/sample_point.h"
 #include "lumo/measure.h"
@@ -21,11 +22,11 @@ template <class To, class From>
 void AppendPath(PolycurveT<To>& target, const From* points, const NODETYPE* nodes, int count) {
   const auto n = static_cast<std::size_t>(count);
   if constexpr (std::is_same_v<To, From>) {
-    target.InsertPoints(target.GetPointCount(), points, nodes, n);
+    if (!target.InsertPoints(target.GetPointCount(), points, nodes, n)) throw std::bad_alloc();
   } else {
     std::vector<To> converted(n);
     for (std::size_t i = 0; i < n; ++i) converted[i] = FromDouble<To>(ToDouble(points[i]));
-    target.InsertPoints(target.GetPointCount(), converted.data(), nodes, n);
+    AppendPath(target, converted.data(), nodes, count);
   }
 }
 
