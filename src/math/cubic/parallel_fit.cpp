@@ -22,7 +22,10 @@ class Fitter {
   explicit Fitter(const ParallelSamples& samples, double direction) noexcept
       : s_(samples), direction_(direction), last_(static_cast<std::size_t>(samples.count - 1)) {
     const double span = s_.at[last_].t - s_.at[0].t;
-    for (std::size_t k = 0; k <= last_; ++k) u_[k] = (s_.at[k].t - s_.at[0].t) / span;
+    for (std::size_t k = 0; k <= last_; ++k) {
+      u_[k] = (s_.at[k].t - s_.at[0].t) / span;
+      deviation_[k] = slope_[k] = 0;  // a measure that breaks off leaves the samples behind it alone
+    }
     const double shortest = kShortestHandle * s_.measure[last_];
     SetHandles((std::max)(shortest, s_.at[0].speed * direction_ * span / 3),
                (std::max)(shortest, s_.at[last_].speed * direction_ * span / 3));
