@@ -49,9 +49,9 @@ inline constexpr double kClosestParameter = 1e-8;
 /// A root of the distance's slope counts as multiple when its derivative, over the piece, is below this share
 /// of the slope at the piece's ends. Ratio.
 inline constexpr double kFlatRootSlope = 1e-6;
-/// How far from the quintic's root a multiple root is looked for, in units of the piece: well beyond the 1e-5
-/// that rounding can hide.
-inline constexpr double kFlatRootReach = 1e-3;
+/// Parameter. How far from the quintic's root a multiple root is looked for: beyond what rounding can hide,
+/// 1e-5 at a cusp (a triple root) and 1e-3 where the query lies on a point of no speed (a fivefold one).
+inline constexpr double kFlatRootReach = 3e-3;
 /// Halvings before a piece in which the distance may still turn several times gives its middle: all its
 /// points are then nearer to each other than their distances can be told apart.
 inline constexpr int kClosestDepth = 44;

@@ -83,6 +83,10 @@ TEST(ClosestPoint, OfTheTipOfACuspIsTheTip) {
       ASSERT_TRUE(CubicBezier::FindClosestPointOnBezier(p, at(0.5, 0.75), t, foot, distanceSqrd));
       EXPECT_NEAR(t, 0.5, 1e-6);
       EXPECT_LE(std::sqrt(distanceSqrd), 1e-12 * size) << size << " turned by " << turn;
+      // Straight on through a point where the curve stops: a fivefold root.
+      const DPoint stop[4] = {at(5, 0), at(5.0000000000001066, 7), at(5, 0), at(5, 7)};
+      ASSERT_TRUE(CubicBezier::FindClosestPointOnBezier(stop, at(5, 3.5), t, foot, distanceSqrd));
+      EXPECT_LE(std::sqrt(distanceSqrd), 1e-13 * 7 * size) << size << " turned by " << turn;
     }
   }
 }

@@ -89,19 +89,21 @@ double RisingRoot(const double g[6], unsigned signs, bool& flat) {
   return t;
 }
 
-/// A minimum at a cusp is a triple root of the slope, and the quintic's rounding hides it within about 1e-5.
-/// The slope formed from the curve itself loses no digits there, since both its factors vanish: bisection on
-/// its sign.
-double BisectFlatRoot(const DPoint p[4], const DPoint& query, double t, const Piece& piece) {
+/// A minimum at a cusp is a triple root of the slope, one where the query lies on a point of no speed a
+/// fivefold one, and the quintic's rounding hides them. The slope formed from the curve itself loses no
+/// digits there, since both its factors vanish: bisection on its sign. Never farther from the query than t
+/// was.
+double BisectFlatRoot(const DPoint p[4], const DPoint& query, double t) {
   const auto falls = [&](double at) { return Dot(Evaluate(p, at) - query, Derivative(p, at)) < 0; };
-  const double reach = Tolerances::kFlatRootReach * piece.width;
-  double low = std::max(t - reach, piece.start), high = std::min(t + reach, piece.start + piece.width);
+  const double rough = t;
+  double low = std::max(t - Tolerances::kFlatRootReach, 0.0),
+         high = std::min(t + Tolerances::kFlatRootReach, 1.0);
   if (!falls(low) || falls(high)) return t;
   for (int step = 0; step < Tolerances::kMaxRootSteps && high - low > Tolerances::kEpsilon; ++step) {
     const double middle = 0.5 * (low + high);
     (falls(middle) ? low : high) = middle;
   }
-  return high;
+  return DistanceSqrd(Evaluate(p, high), query) <= DistanceSqrd(Evaluate(p, rough), query) ? high : rough;
 }
 
 /// Both halves of a quintic: de Casteljau's triangle at 1/2 with the factors drawn out of the sums, so that
@@ -132,8 +134,12 @@ void CollectMinima(const DPoint p[4], const DPoint& query, Piece (&stack)[Tolera
   stack[0].start = 0;
   stack[0].width = 1;
   stack[0].rise = 0;
-  double best = 0, end = 0;
-  for (const double g : stack[0].g) end += g;
+  double best = 0, end = 0, largest = 0;
+  for (const double g : stack[0].g) {
+    end += g;
+    largest = std::max(largest, std::abs(g));
+  }
+  const double noise = Tolerances::kRootNoise * largest;
   best = std::min(best, end) + slack;
   int top = 0;
   for (int looked = 0; top >= 0 && looked < Tolerances::kMaxClosestPieces; ++looked) {
@@ -147,7 +153,8 @@ void CollectMinima(const DPoint p[4], const DPoint& query, Piece (&stack)[Tolera
     if ((signs & (signs + 1)) == 0) {
       bool flat = false;
       double t = piece.start + piece.width * RisingRoot(piece.g, signs, flat);
-      if (flat) t = BisectFlatRoot(p, query, t, piece);
+      // A slope that is nothing but noise all over its piece tells as little.
+      if (flat || (-piece.g[0] < noise && piece.g[5] < noise)) t = BisectFlatRoot(p, query, t);
       found.Add(t, Evaluate(p, t));
       continue;
     }
