@@ -1,18 +1,18 @@
 // What extreme_input_test.cpp does for functions over caller arrays, for everything else that is exported:
 // the path class, measures, shapes, segments, intersections, repair, hierarchy, Boolean operations, offsets
-// and the mathematics. Nothing may crash, hang, or make a well-formed path anything else. script/check-exports
-// fails when an exported name is missing here, there and in the list of writing members.
+// and the mathematics. Nothing may crash, hang, or make a well-formed path anything else.
+// script/check-exports fails when an exported name is missing here, there and in the list of writing members.
 //
 // Named but not swept: the corner joins (BuildCorner, IsPointInCorner, IsPointWithinCorner, IsTooSharp,
 // GetCornerPoint, GetBevelLine, GetLeftBezier, GetRightBezier, IsLeftABezier, IsRightABezier, of CornerBase,
-// CreateCorner, NoCorner, DeleteJoins, OffsetCorner) see arrays without a count, which the offset driver makes;
-// AdjustOffsetErrorTolerance and AllowPureOffsetCurve are settings of it. CurveData, CurveDataBase, CurveDataRef,
-// GetCurveData, GetWritable, AddReference, Release, ReferenceCount, IsShared, Share, Copy, MoveData, MoveIn,
-// ReleaseBufferInternal, IntCount, PushBackStart, PushBackWithJoinCheck, JoinNearestEnds, ExtendEnds, KeepChords,
-// MoveChildrenTo, DeleteRecords, SegmentIntersections, KillIntersection, Build, LineLine, LineCurve and CurveCurve stand
-// behind members that are. The preferences (IAppPrefObject, CAppPrefObject, CSecretAppPrefObject, GetInstance,
-// Register, Unregister, Find, FindBool, GetValue, SetValue, GetCount, Read), Version and crvProblem take no
-// geometry.
+// CreateCorner, NoCorner, DeleteJoins, OffsetCorner) see arrays without a count, which the offset driver
+// makes; AdjustOffsetErrorTolerance and AllowPureOffsetCurve are settings of it. CurveData, CurveDataBase,
+// CurveDataRef, GetCurveData, GetWritable, AddReference, Release, ReferenceCount, IsShared, Share, Copy,
+// MoveData, MoveIn, ReleaseBufferInternal, IntCount, PushBackStart, PushBackWithJoinCheck, JoinNearestEnds,
+// ExtendEnds, KeepChords, MoveChildrenTo, DeleteRecords, SegmentIntersections, KillIntersection, Build,
+// LineLine, LineCurve and CurveCurve stand behind members that are. The preferences (IAppPrefObject,
+// CAppPrefObject, CSecretAppPrefObject, GetInstance, Register, Unregister, Find, FindBool, GetValue,
+// SetValue, GetCount, Read), Version and crvProblem take no geometry.
 
 #include <gtest/gtest.h>
 
@@ -85,7 +85,8 @@ TYPED_TEST(ExtremeClass, WritingMembersTakeAnyArgument) {
   X::Each([](P p, Size n) {
     if (n < 4000 || n > SIZE_MAX / 4) ExpectSound((p.GetBufferSetCount(n), p));
   });
-  X::Each([](P p, Size n) { EXPECT_EQ(p.ReleaseBuffer(n), n <= p.GetPointCount() || p.GetPointCount() == n); });
+  X::Each(
+      [](P p, Size n) { EXPECT_EQ(p.ReleaseBuffer(n), n <= p.GetPointCount() || p.GetPointCount() == n); });
   X::Each([](P p, Size i, T q, bool on) {
     const bool inside = i < p.GetPointCount();
     EXPECT_EQ(p.SetPoint(i, q), inside);
@@ -231,8 +232,9 @@ TYPED_TEST(ExtremeClass, WritingMembersTakeAnyArgument) {
     keeps(before, p);
   });
   X::Each([](T a, T b, double r, double w, Lumo::RectangleCorner corner, Box box) {
-    for (const P& p : {P::CreateLine(a, b), P::CreateCircle(a, r), P::CreateEllipse(a, r, w, r, w, true),
-                       P::CreateRectangle(box), P::CreateRectangle(r, w), P::CreateRectangle(r, w, w, corner, false)}) {
+    for (const P& p :
+         {P::CreateLine(a, b), P::CreateCircle(a, r), P::CreateEllipse(a, r, w, r, w, true),
+          P::CreateRectangle(box), P::CreateRectangle(r, w), P::CreateRectangle(r, w, w, corner, false)}) {
       EXPECT_TRUE(p.IsValidCurve());
     }
   });
@@ -257,7 +259,8 @@ TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
     p.IsLastSubpathClosed();
     p.ContainsClosedSubpaths();
     p.ContainsOpenSubpaths(k == 0);
-    for (const auto& list : {p.GetSubpathCurves(), p.GetEnabledSubpathCurves()}) EXPECT_LE(list.size(), p.GetPointCount());
+    for (const auto& list : {p.GetSubpathCurves(), p.GetEnabledSubpathCurves()})
+      EXPECT_LE(list.size(), p.GetPointCount());
     EXPECT_EQ(p.GetSubpaths().size(), p.GetSubpathCount());
     EXPECT_EQ(p.GetSubpathRefs().size(), p.GetSubpathCount());
     EXPECT_EQ(p.GetSubpathIndices().size(), p.GetSubpathCount());
@@ -296,7 +299,8 @@ TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
     p.IsPointInShape(q, surrounded, vertices);
     p.HasNodeCloseToCurve(q, tolerance);
     bool onVertex = false;
-    Lumo::IsPointInPolygon(p.GetPoints(), static_cast<int>(p.GetPointCount()), q, surrounded, vertices, &onVertex);
+    Lumo::IsPointInPolygon(p.GetPoints(), static_cast<int>(p.GetPointCount()), q, surrounded, vertices,
+                           &onVertex);
     ExpectSound(p.GetPolyline(tolerance));
   });
   X::Each([](P p, int count, T q) {
@@ -325,7 +329,8 @@ TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
   X::Each([](P p, Size number, T q, double tolerance, bool on) {
     using Segment = Lumo::CurveSegmentT<T>;
     Lumo::ClosestPoint<T, Lumo::SegmentPosition> closest;
-    for (const auto& found : {Segment::FromNumber(p, number), Segment::FromEndIdx(p, number), Segment::FromStartIdx(p, number)}) {
+    for (const auto& found :
+         {Segment::FromNumber(p, number), Segment::FromEndIdx(p, number), Segment::FromStartIdx(p, number)}) {
       const Segment s = found.value_or(Segment());
       s.prev_number();
       s.next();
@@ -359,40 +364,51 @@ TYPED_TEST(ExtremeClass, EnginesTakeAnyPath) {
     Lumo::ClipToShape(a, b, inside, rule, rule);
     Lumo::Simplify(a, rule);
   });
-  X::Each([](P p, double offset, bool inwards, bool close, bool combine, int side) {
-    Lumo::Offset::OffsetSettings settings(new Lumo::MiteredCorner(offset, new Lumo::Bevel), new Lumo::Round, offset, inwards);
-    settings.SetCloseShape(close);
-    settings.SetCombineShape(combine);
-    settings.SetOpenCurveOffsetSide(static_cast<Lumo::Offset::EOpenCurveOffsetSide>(side));
-    settings.SetMaxOffsetError(combine ? offset : 100);
-    p.OffsetCurve(settings);
-    ExpectSound(p);
-  }, kFewCalls);
-  X::Each([](P p, double offset, double error, bool pure) {
-    ExpectSound(p.CreateParallelCurve(offset, error, pure));
-    ExpectSound(p.CreateParallelCurves(offset, 3, error, pure));
-  }, kFewCalls);
-  X::Each([](P p, P other, bool group, bool whole, bool positive, int count) {
-    using Lumo::SubpathHierarchy, Lumo::SubpathTreeNode;
-    SubpathHierarchy tree(std::vector<P>{p, other});
-    tree.BuildSubpathHierarchy({{p.GetPoints(), p.GetNodeTypes(), p.GetPointCount()}}, group, whole);
-    tree.AddNode(SubpathTreeNode(p.GetPoints(), p.GetNodeTypes(), std::min(count, static_cast<int>(p.GetPointCount())), INT_MIN));
-    tree.AddNodes({SubpathTreeNode(), SubpathTreeNode(static_cast<const T*>(nullptr), nullptr, INT_MAX, 0)});
-    SubpathTreeNode loose;
-    tree.AddSubpathToTree(tree, loose);
-    tree.GetArea();
-    tree.GetAreaWithChildren();
-    tree.GetTotalNumberOfPoints();
-    EXPECT_FALSE(tree.IsInsideOf(loose));
-    P back;
-    tree.AppendToPolycurve(back);
-    tree.EliminateCutOffs(positive);
-    std::vector<DPoint> points;
-    std::vector<NODETYPE> nodes;
-    tree.AppendNodes(points, nodes);
-    EXPECT_EQ(points.size(), nodes.size());
-    EXPECT_EQ(SubpathHierarchy(static_cast<const T*>(nullptr), nullptr, INT_MAX, group).GetNumberOfChildren(), 0u);
-  }, kFewCalls);
+  X::Each(
+      [](P p, double offset, bool inwards, bool close, bool combine, int side) {
+        Lumo::Offset::OffsetSettings settings(new Lumo::MiteredCorner(offset, new Lumo::Bevel),
+                                              new Lumo::Round, offset, inwards);
+        settings.SetCloseShape(close);
+        settings.SetCombineShape(combine);
+        settings.SetOpenCurveOffsetSide(static_cast<Lumo::Offset::EOpenCurveOffsetSide>(side));
+        settings.SetMaxOffsetError(combine ? offset : 100);
+        p.OffsetCurve(settings);
+        ExpectSound(p);
+      },
+      kFewCalls);
+  X::Each(
+      [](P p, double offset, double error, bool pure) {
+        ExpectSound(p.CreateParallelCurve(offset, error, pure));
+        ExpectSound(p.CreateParallelCurves(offset, 3, error, pure));
+      },
+      kFewCalls);
+  X::Each(
+      [](P p, P other, bool group, bool whole, bool positive, int count) {
+        using Lumo::SubpathHierarchy, Lumo::SubpathTreeNode;
+        SubpathHierarchy tree(std::vector<P>{p, other});
+        tree.BuildSubpathHierarchy({{p.GetPoints(), p.GetNodeTypes(), p.GetPointCount()}}, group, whole);
+        tree.AddNode(SubpathTreeNode(p.GetPoints(), p.GetNodeTypes(),
+                                     std::min(count, static_cast<int>(p.GetPointCount())), INT_MIN));
+        tree.AddNodes(
+            {SubpathTreeNode(), SubpathTreeNode(static_cast<const T*>(nullptr), nullptr, INT_MAX, 0)});
+        SubpathTreeNode loose;
+        tree.AddSubpathToTree(tree, loose);
+        tree.GetArea();
+        tree.GetAreaWithChildren();
+        tree.GetTotalNumberOfPoints();
+        EXPECT_FALSE(tree.IsInsideOf(loose));
+        P back;
+        tree.AppendToPolycurve(back);
+        tree.EliminateCutOffs(positive);
+        std::vector<DPoint> points;
+        std::vector<NODETYPE> nodes;
+        tree.AppendNodes(points, nodes);
+        EXPECT_EQ(points.size(), nodes.size());
+        EXPECT_EQ(
+            SubpathHierarchy(static_cast<const T*>(nullptr), nullptr, INT_MAX, group).GetNumberOfChildren(),
+            0u);
+      },
+      kFewCalls);
   X::Each([](P p, double limit, double length, bool fix) {
     Lumo::CurveRepairSettings settings;
     settings.SetSmoothNodeAngleLimit(limit);
@@ -432,7 +448,8 @@ TYPED_TEST(ExtremeClass, EnginesTakeAnyPath) {
     EXPECT_LE(Lumo::BuildRectangle(points, types, x, y, z, corner, on), Lumo::kMaxRectangleNodes);
     EXPECT_LE(Lumo::BuildCircularArc(points, types, p, x, y, z), Lumo::kMaxArcNodes);
     EXPECT_LE(Lumo::BuildCircularArc(points, types, p, q, DVector{z, x}), Lumo::kMaxArcNodes);
-    EXPECT_LE(Lumo::Build3PointCircularArc(points, types, p, q, DPoint{1.0 * b.x, 1.0 * b.y}), Lumo::kMaxArcNodes);
+    EXPECT_LE(Lumo::Build3PointCircularArc(points, types, p, q, DPoint{1.0 * b.x, 1.0 * b.y}),
+              Lumo::kMaxArcNodes);
     EXPECT_EQ(Lumo::BuildLine(static_cast<T*>(nullptr), types, p, q), 0u);
     DPoint handles[2];
     Lumo::GetArcSegmentHandles(handles, p, q, DPoint{z, y});
@@ -480,7 +497,8 @@ TEST(ExtremeEngine, IntersectionsAndOffsetPartsTakeAnyPath) {
       table.SegmentPoints(segment);
       segment.Sort();
       EXPECT_EQ(segment.GetIndex(nullptr), -1);
-      segment.AddIntersection(Lumo::Intersection(endpoint, 0, DPoint{touch, gap}, DVector{gap, touch}, endpoint));
+      segment.AddIntersection(
+          Lumo::Intersection(endpoint, 0, DPoint{touch, gap}, DVector{gap, touch}, endpoint));
     }
     for (const auto& curve : table.Curves()) curve.Crosses(INT_MIN);
     const Lumo::CSegmentList listA(a.GetPoints(), a.GetNodeTypes(), static_cast<int>(a.GetPointCount()));
@@ -512,7 +530,8 @@ TEST(ExtremeEngine, IntersectionsAndOffsetPartsTakeAnyPath) {
     const int count = static_cast<int>(p.GetPointCount());
     for (const int n : {INT_MIN, 0, count}) {
       Lumo::CreateOffsetCurve(p.GetPoints(), p.GetNodeTypes(), n, points, nodes, settings);
-      Lumo::CloseOffsetCurves(p.GetPoints(), p.GetNodeTypes(), n, points, nodes, Lumo::Offset::EOpenCurveOffsetSide::both, settings);
+      Lumo::CloseOffsetCurves(p.GetPoints(), p.GetNodeTypes(), n, points, nodes,
+                              Lumo::Offset::EOpenCurveOffsetSide::both, settings);
       Lumo::CombineClosedOffsetCurves(p.GetPoints(), p.GetNodeTypes(), n, points, nodes, first, split);
     }
     EXPECT_EQ(points.size(), nodes.size());

@@ -2,9 +2,9 @@
 // Extreme values of every type that the interface takes, and calls with all their combinations (or, where
 // those are too many, with an even selection of them).
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
-#include <algorithm>
 #include <limits>
 #include <numeric>
 #include <tuple>
@@ -41,8 +41,10 @@ class Extremes {
 
   template <class Run, class... Args>
   static void EachOf(Run& run, void (Run::*)(Args...) const, std::size_t mostCalls) {
-    const std::tuple<std::vector<std::decay_t<Args>>...> values{Values(static_cast<std::decay_t<Args>*>(nullptr))...};
-    const std::size_t combinations = std::apply([](const auto&... v) { return (v.size() * ... * 1); }, values);
+    const std::tuple<std::vector<std::decay_t<Args>>...> values{
+        Values(static_cast<std::decay_t<Args>*>(nullptr))...};
+    const std::size_t combinations =
+        std::apply([](const auto&... v) { return (v.size() * ... * 1); }, values);
     // A step without a common divisor visits all combinations, and spreads what is left of them evenly.
     const std::size_t calls = std::min(combinations, mostCalls);
     std::size_t step = combinations > mostCalls ? combinations / mostCalls + 1 : 1;
@@ -71,7 +73,9 @@ class Extremes {
   }
   static std::vector<bool> Values(bool*) { return {false, true}; }
   static std::vector<int> Values(int*) { return {INT_MIN, -1, 0, 1, 2, 5, INT_MAX}; }
-  static std::vector<std::size_t> Values(std::size_t*) { return {0, 1, 2, 4, 9, 1000, SIZE_MAX / 2, SIZE_MAX}; }
+  static std::vector<std::size_t> Values(std::size_t*) {
+    return {0, 1, 2, 4, 9, 1000, SIZE_MAX / 2, SIZE_MAX};
+  }
   static std::vector<DPoint> Values(DPoint*) {
     return {{0, 0}, {3, -4}, {kNaN, 1}, {-kInf, kInf}, {1e308, -1e308}, {5e-324, 0}};
   }
@@ -90,10 +94,20 @@ class Extremes {
     return {empty, turned, huge, none};
   }
   static std::vector<MATRIX> Values(MATRIX*) {
-    return {{}, {0, 0, 0, 0, 0, 0}, {1e308, 2, 3, -1e308, 1e308, 5}, {kNaN, 0, 0, kInf, 1, 1}, {5e-324, 0, 0, 5e-324, 0, 0}};
+    return {{},
+            {0, 0, 0, 0, 0, 0},
+            {1e308, 2, 3, -1e308, 1e308, 5},
+            {kNaN, 0, 0, kInf, 1, 1},
+            {5e-324, 0, 0, 5e-324, 0, 0}};
   }
   static std::vector<Lumo::CurvePosition> Values(Lumo::CurvePosition*) {
-    return {{}, {0, 1, 0.5}, {0, 1, kNaN}, {1, 4, 1}, {INT_MIN, INT_MAX, 0}, {INT_MAX, INT_MIN, kInf}, {INT_MAX - 3, INT_MAX, 0}};
+    return {{},
+            {0, 1, 0.5},
+            {0, 1, kNaN},
+            {1, 4, 1},
+            {INT_MIN, INT_MAX, 0},
+            {INT_MAX, INT_MIN, kInf},
+            {INT_MAX - 3, INT_MAX, 0}};
   }
   static std::vector<TavMath::Cubic> Values(TavMath::Cubic*) {
     return {{DPoint{0, 0}, {0, 0}, {0, 0}, {0, 0}},
@@ -110,12 +124,15 @@ class Extremes {
     return {Lumo::FillRule::nonZero, Lumo::FillRule::evenOdd, static_cast<Lumo::FillRule>(INT_MAX)};
   }
   static std::vector<Lumo::RectangleCorner> Values(Lumo::RectangleCorner*) {
-    return {Lumo::RectangleCorner::round, Lumo::RectangleCorner::chamfer, static_cast<Lumo::RectangleCorner>(INT_MIN)};
+    return {Lumo::RectangleCorner::round, Lumo::RectangleCorner::chamfer,
+            static_cast<Lumo::RectangleCorner>(INT_MIN)};
   }
   static std::vector<Lumo::NodeEdge> Values(Lumo::NodeEdge*) {
     return {Lumo::NodeEdge::left, Lumo::NodeEdge::middleY, static_cast<Lumo::NodeEdge>(INT_MAX)};
   }
-  static std::vector<TavMath::LengthAccuracy> Values(TavMath::LengthAccuracy*) { return {{}, {INT_MIN}, {0}, {INT_MAX}}; }
+  static std::vector<TavMath::LengthAccuracy> Values(TavMath::LengthAccuracy*) {
+    return {{}, {INT_MIN}, {0}, {INT_MAX}};
+  }
   static std::vector<Path> Values(Path*) { return Paths(); }
 
   static std::vector<Path> MakePaths() {
