@@ -5,10 +5,18 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # need GROUP...: the packages of these groups are installed (see script/bootstrap).
 need() { script/bootstrap "$@"; }
 
-# build PRESET [TARGET...]: configures and builds build/PRESET.
+# build PRESET [TARGET...]: configures and builds build/PRESET, with what configuring it looks for, whatever the targets.
 build() {
   local preset=$1 launcher=()
   shift
+  case $preset in
+    release) need build test tool example ;;
+    sanitize) need build test tool fuzz ;;
+    tsan) need build test fuzz ;;
+    mingw) need build windows ;;
+    bench) need build bench tool ;;
+    *) echo "no preset is called '$preset'" >&2; return 2 ;;
+  esac
   command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
   cmake --preset "$preset" "${launcher[@]}" >"${TMPDIR:-/tmp}/lumo-configure-$$.log" 2>&1 ||
     { cat "${TMPDIR:-/tmp}/lumo-configure-$$.log"; return 1; }
