@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <limits>
 
+#include "math/box_holds.h"
 #include "math/simd.h"
 
 namespace TavMath {
 namespace {
+
+/// Points that the box of an integer path takes at once.
+constexpr std::size_t kBoxRun = 64;
 
 std::int32_t SaturatedSum(std::int64_t a, std::int64_t b) {
   using Limits = std::numeric_limits<std::int32_t>;
@@ -18,11 +22,16 @@ std::int32_t SaturatedSum(std::int64_t a, std::int64_t b) {
 tagRECT GetPointsBBox(const tagPOINT* points, std::size_t count) noexcept {
   if (points == nullptr || count == 0) return {0, 0, 0, 0};
   tagRECT box{points[0].x, points[0].y, points[0].x, points[0].y};
-  for (std::size_t k = 1; k < count; ++k) {
-    box.left = (std::min)(box.left, points[k].x);
-    box.top = (std::min)(box.top, points[k].y);
-    box.right = (std::max)(box.right, points[k].x);
-    box.bottom = (std::max)(box.bottom, points[k].y);
+  for (std::size_t first = 1; first < count; first += kBoxRun) {
+    const std::size_t run = (std::min)(kBoxRun, count - first);
+    // Where its last point lies outside, the comparison would be made in vain.
+    if (Holds(box, points + first + run - 1, 1) && Holds(box, points + first, run)) continue;
+    for (std::size_t k = first; k < first + run; ++k) {
+      box.left = (std::min)(box.left, points[k].x);
+      box.top = (std::min)(box.top, points[k].y);
+      box.right = (std::max)(box.right, points[k].x);
+      box.bottom = (std::max)(box.bottom, points[k].y);
+    }
   }
   return box;
 }

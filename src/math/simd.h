@@ -1,8 +1,9 @@
 #pragma once
-// Two doubles side by side: every 64-bit x86 processor works on two at once, and the compilers build the same
-// type from scalars elsewhere.
+// Two doubles, or four 32-bit integers, side by side: every 64-bit x86 processor works on 16 bytes at once,
+// and the compilers build the same types from scalars elsewhere.
 
 #include <cmath>
+#include <cstdint>
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -28,6 +29,19 @@ inline bool AnyOf(TwoFlags flags) {
   return _mm_movemask_pd(_mm_castsi128_pd(reinterpret_cast<__m128i>(flags))) != 0;
 #else
   return (flags[0] | flags[1]) != 0;
+#endif
+}
+
+using FourInts = std::int32_t __attribute__((vector_size(16)));
+/// For arithmetic that wraps around.
+using FourWords = std::uint32_t __attribute__((vector_size(16)));
+
+/// For what a comparison gives.
+inline bool AnyOf(FourInts flags) {
+#if defined(__SSE2__)
+  return _mm_movemask_epi8(reinterpret_cast<__m128i>(flags)) != 0;
+#else
+  return (flags[0] | flags[1] | flags[2] | flags[3]) != 0;
 #endif
 }
 

@@ -3,6 +3,7 @@
 #include "core/segment_walk.h"
 #include "lumo/measure.h"
 #include "lumo/polycurve.h"
+#include "math/box_holds.h"
 #include "math/point_traits.h"
 #include "tav/math/rect.h"
 
@@ -81,7 +82,7 @@ bool GetTightBBox(const T* points, const NODETYPE* types, int count, BoxT<T>& bo
   if (!points || !types || count < 1) return false;
   BoxT<T> tight = BoxOfPoint(points[0]);
   const auto holds = [&](int first, int n) {
-    return Contains(tight, TavMath::GetPointsBBox(points + first, static_cast<std::size_t>(n)));
+    return TavMath::Holds(tight, points + first, static_cast<std::size_t>(n));
   };
   for (int first = 1; first < count;) {
     const int step = std::min(kBoxStep, count - first);
