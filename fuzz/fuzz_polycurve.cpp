@@ -24,9 +24,8 @@ void Ask(const PolycurveT<T>& path, const T& query) {
   typename PolycurveT<T>::Closest nearest;
   if (path.FindClosestPoint(query, nearest)) {
     T point;
-    // On malformed arrays the nearest segment may be one that no position names.
-    Require(path.GetPointAt(nearest.position, point) || !path.IsValidCurve());
-    Require(!path.FindClosestPoints(query).empty() || !path.IsValidCurve());
+    Require(path.GetPointAt(nearest.position, point));
+    Require(!path.FindClosestPoints(query).empty());
     path.GetTangentAt(nearest.position);
   }
   std::size_t nodes = 0;

@@ -4,6 +4,7 @@
 
 #include "core/closest.h"
 #include "core/count_bytes.h"
+#include "core/segment_walk.h"
 #include "math/point_traits.h"
 
 namespace Lumo {
@@ -17,8 +18,7 @@ std::size_t SegmentSize(const NODETYPE* types, std::size_t number, std::optional
   if (type.IsMove()) return 1;
   if (number == 0) return 0;
   if (type.IsLine()) return 2;
-  if (type.IsCurve() || (count && *count - number <= 2)) return 0;
-  return types[number + 1].IsControl() && types[number + 2].IsCurve() ? 4 : 0;
+  return StartsCurve(types, count.value_or(SIZE_MAX), number) ? 4 : 0;
 }
 
 }  // namespace

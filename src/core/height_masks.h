@@ -28,8 +28,8 @@ HeightMasks CompareFour(const T* p, decltype(T::y) y) noexcept {
 #if defined(__SSE2__)
   __m128 below, above;
   if constexpr (sizeof(T) == 16) {
-    const auto load = [p](int k) { return _mm_loadu_pd(&p[k].x); };
-    const __m128d low = _mm_unpackhi_pd(load(0), load(1)), high = _mm_unpackhi_pd(load(2), load(3));
+    const auto pair = [p](int k) { return _mm_loadh_pd(_mm_load_sd(&p[k].y), &p[k + 1].y); };
+    const __m128d low = pair(0), high = pair(2);
     const __m128d height = _mm_set1_pd(y);
     // The lower half of each 64-bit answer stands for the whole.
     const auto narrow = [](__m128d a, __m128d b) {

@@ -12,10 +12,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 #include "core/closest.h"
 #include "lumo/point_types.h"
 #include "math/point_traits.h"
+#include "math/simd.h"
 #include "tav/math/cubic_bezier.h"
 
 namespace Lumo {
@@ -55,9 +57,13 @@ class OutlineRay {
   }
 
   void AddCubic(const T* p) noexcept {
-    DPoint bezier[4];
-    LoadCubic(p, bezier);
-    Add(bezier, kMaxDepth);
+    if constexpr (std::is_same_v<T, DPoint>) {
+      Add(p, kMaxDepth);
+    } else {
+      DPoint bezier[4];
+      LoadCubic(p, bezier);
+      Add(bezier, kMaxDepth);
+    }
   }
 
  private:
@@ -74,11 +80,23 @@ class OutlineRay {
     left_ |= !right;
   }
 
+  /// A part of a cubic. Most are told by their boxes, without a call.
   void Add(const DPoint p[4], int depth) noexcept {
-    const auto [minY, maxY] = std::minmax({p[0].y, p[1].y, p[2].y, p[3].y});
+    using namespace TavMath;
+    const auto pair = [p](int k) { return TwoDoubles{p[k].x, p[k].y}; };
+    const TwoDoubles low = Lesser(Lesser(pair(0), pair(1)), Lesser(pair(2), pair(3)));
+    const TwoDoubles high = Greater(Greater(pair(0), pair(1)), Greater(pair(2), pair(3)));
+    const double minX = low[0], minY = low[1], maxX = high[0], maxY = high[1];
     if (!(minY <= point_.y && point_.y <= maxY)) return;
-    const auto [minX, maxX] = std::minmax({p[0].x, p[1].x, p[2].x, p[3].x});
-    if (minX > point_.x || maxX < point_.x) return AddBeside(p, minX > point_.x);
+    if (minX > point_.x || maxX < point_.x) {
+      AddBeside(p, minX > point_.x);
+    } else if (!on_) {
+      AddAround(p, depth, {maxX - minX, maxY - minY});
+    }
+  }
+
+  /// A part whose box holds the point.
+  [[gnu::noinline]] void AddAround(const DPoint p[4], int depth, DVector size) noexcept {
     if (depth == kMaxDepth) {
       double most = 0, sum = 0;
       for (int k = 0; k < 4; ++k) {
@@ -89,12 +107,12 @@ class OutlineRay {
       if (!(sum < kReach)) return;
       onePlace_ = kRounding * most;
     }
-    const bool onePlace = depth == 0 || (maxX - minX <= onePlace_ && maxY - minY <= onePlace_);
-    if (on_ || onePlace || p[0] == point_ || p[3] == point_) {
+    const bool onePlace = depth == 0 || (size.x <= onePlace_ && size.y <= onePlace_);
+    if (onePlace || p[0] == point_ || p[3] == point_) {
       on_ = true;
       return;
     }
-    if (!bothSides_ && AddAsChord(p, onePlace_ * (maxX - minX + maxY - minY))) return;
+    if (!bothSides_ && AddAsChord(p, onePlace_ * (size.x + size.y))) return;
     DPoint half[7];
     TavMath::CubicBezier::Split(0.5, p, half, half + 3);
     Add(half, depth - 1);

@@ -10,19 +10,14 @@
 
 #include <algorithm>
 
+#include "core/segment_walk.h"
 #include "lumo/node_type.h"
 #include "lumo/point_types.h"
 
 namespace Lumo::Interactive {
 
-/// Whether node i is the first control point of a curve.
-inline bool StartsCurve(const NODETYPE* types, int count, int i) noexcept {
-  return i >= 1 && i < count - 2 && types[i].IsControl() && types[i - 1].IsOnCurve() &&
-         types[i + 1].IsControl() && types[i + 2].IsCurve();
-}
-
-/// A line node with a start.
-inline bool EndsLine(const NODETYPE* types, int i) noexcept { return i >= 1 && types[i].IsLine(); }
+using Lumo::EndsLine;
+using Lumo::StartsCurve;
 
 /// Calls visit(i) in index order for each node of first .. end-1 at which a segment starts (the first control
 /// point of a curve) or that ends a line, when the codes of the segment's points have no bit in common. visit

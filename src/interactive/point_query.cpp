@@ -29,7 +29,7 @@ double CurveLength(const tagPOINT* bezier) {
 /// The line or curve node at or after i that ends a segment; -1 for none.
 int SegmentEnd(const NODETYPE* types, int count, int i) {
   for (; i < count; ++i)
-    if (EndsLine(types, i) || (types[i].IsCurve() && StartsCurve(types, count, i - 2))) return i;
+    if (Lumo::IsSegmentEnd(types, count, i)) return i;
   return -1;
 }
 

@@ -45,6 +45,22 @@ inline bool AnyOf(FourInts flags) {
 #endif
 }
 
+/// The lesser and the greater of each pair; b where one is not a number.
+inline TwoDoubles Lesser(TwoDoubles a, TwoDoubles b) {
+#if defined(__SSE2__)
+  return _mm_min_pd(a, b);
+#else
+  return a < b ? a : b;
+#endif
+}
+inline TwoDoubles Greater(TwoDoubles a, TwoDoubles b) {
+#if defined(__SSE2__)
+  return _mm_max_pd(a, b);
+#else
+  return a > b ? a : b;
+#endif
+}
+
 inline TwoDoubles SquareRoot(TwoDoubles v) {
 #if defined(__SSE2__)
   return _mm_sqrt_pd(v);

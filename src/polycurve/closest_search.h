@@ -36,8 +36,8 @@ void VisitNearSegments(const T* points, const NODETYPE* types, int count, const 
   double bound = (std::numeric_limits<double>::max)();
   for (int i = 0; i < count; i += kClosestStep / 4) {
     // Only ends of segments are sure to be points of the path: a move node may stand alone.
-    const int node = i + 2 < count && types[i].IsControl() ? (types[i + 1].IsControl() ? i + 2 : i + 1) : i;
-    if (types[node].IsLine() || types[node].IsCurve()) {
+    const int node = count - i > 2 && types[i].IsControl() ? (types[i + 1].IsControl() ? i + 2 : i + 1) : i;
+    if (IsSegmentEnd(types, count, node)) {
       bound = std::min(bound, TavMath::DistanceSqrd(ToDouble(points[node]), query));
     }
     if (count - i <= kClosestStep / 4) break;  // and i never overflows
@@ -50,9 +50,7 @@ void VisitNearSegments(const T* points, const NODETYPE* types, int count, const 
   for (int first = 1; first < count; first += kClosestStep) {
     const int end = count - first > kClosestStep ? first + kClosestStep : count;
     if (isNear(first - 1, count - end > 2 ? end + 2 : count)) {
-      // The second control point of a cubic that began in the step before is no start.
-      const int from = types[first].IsControl() && types[first - 1].IsControl() ? first + 1 : first;
-      WalkSegments(types, from, end, count, [&](int a, int b) {
+      WalkSegments(types, first, end, count, [&](int a, int b) {
         if (isNear(a, b + 1)) visit(a, b);
       });
     }

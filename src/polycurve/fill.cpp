@@ -4,6 +4,7 @@
 
 #include "core/height_masks.h"
 #include "core/outline_ray.h"
+#include "core/segment_walk.h"
 #include "lumo/measure.h"
 #include "lumo/polycurve.h"
 #include "polycurve/tolerances.h"
@@ -46,7 +47,9 @@ class ShapeScan {
       : points_(points), types_(types), count_(count), point_(point), ray_(ray) {}
 
   void Run() {
-    std::uint64_t carried = 0;  // of the node before the step: the low bits of below and above
+    // Of the node before the step: the low bits of below and above. The first node of all ends no segment and
+    // starts the first subpath, whatever it is: nothing to visit.
+    std::uint64_t carried = 0;
     for (int first = 0; first < count_ && !ray_.IsOnOutline(); first += kMaskNodes) {
       const int step = std::min(count_ - first, kMaskNodes);
       const HeightMasks at = CompareHeights(points_ + first, step, point_.y);
@@ -55,26 +58,27 @@ class ShapeScan {
       std::uint64_t reaching = ~(at.below & below) & ~(at.above & above);
       if (step < kMaskNodes) reaching &= (std::uint64_t{1} << step) - 1;
       carried = at.below >> 63 | (at.above >> 63) << 1;
-      for (std::uint64_t left = reaching | MoveMask(types_ + first, step); left != 0; left &= left - 1)
-        Visit(first + std::countr_zero(left));
+      reaching |= MoveMask(types_ + first, step);
+      if (first == 0) reaching &= ~std::uint64_t{1};
+      for (; reaching != 0; reaching &= reaching - 1) Visit(first + std::countr_zero(reaching));
       if (count_ - first <= kMaskNodes) break;  // and first never overflows
     }
     CloseSubpath(count_);
   }
 
  private:
-  /// A move node, or a node whose step from the one before it reaches the height.
+  /// A move node, or a node whose step from the one before it reaches the height; not the first node.
   void Visit(int i) {
     if (i < done_) return;
     const NODETYPE type = types_[i];
     if (type.IsMove()) {
       CloseSubpath(i);
       start_ = i;
-    } else if (i > 0 && type.IsLine()) {
+    } else if (type.IsLine()) {
       ray_.AddLine(points_[i - 1], points_[i]);
-    } else if (i > 0) {
-      const int control = type.IsCurve() ? i - 2 : types_[i - 1].IsControl() ? i - 1 : i;
-      if (control < 1 || count_ - control <= 2 || !types_[control].IsControl()) return;
+    } else {
+      const int control = type.IsCurve() ? i - 2 : StartsCurve(types_, count_, i) ? i : i - 1;
+      if (!StartsCurve(types_, count_, control)) return;
       ray_.AddCubic(points_ + control - 1);
       done_ = control + 3;
     }

@@ -52,9 +52,8 @@ PathSegment LoadSegment(const T* points, int first, int last) noexcept {
 inline bool IsPosition(const NODETYPE* types, int count, const CurvePosition& at) noexcept {
   if (at.firstNode < 0 || at.lastNode >= count || !(at.t >= 0 && at.t <= 1)) return false;
   const int first = at.firstNode, last = at.lastNode;
-  if (last == first + 1) return types[last].IsLine();
-  return last == first + 3 && types[first + 1].IsControl() && types[first + 2].IsControl() &&
-         types[last].IsCurve();
+  if (last == first + 1) return EndsLine(types, last);
+  return last == first + 3 && StartsCurve(types, count, first + 1);
 }
 
 }  // namespace Lumo

@@ -109,6 +109,32 @@ TEST(Rect, BoxesOfPoints) {
   }
 }
 
+// Runs of points that lie in the box so far are passed over: over the whole 32-bit plane, with extremes at
+// any place of a run.
+TEST(Rect, BoxOfManyPointsIsThatOfEachInTurn) {
+  Random random(47);
+  for (const double size : {5.0, 1e6, 2147483647.0}) {
+    for (std::size_t count = 1; count < 400; count += 7) {
+      std::vector<tagPOINT> points;
+      for (std::size_t k = 0; k < count; ++k) {
+        const DPoint p = random.Point(1);
+        points.push_back(RoundPoint({p.x * size, p.y * size}));
+      }
+      if (size > 1e9) {
+        points[count / 3] = {kLeast, kMost};
+        points[count - 1] = {kMost, kLeast};
+      }
+      tagRECT expected{points[0].x, points[0].y, points[0].x, points[0].y};
+      for (const tagPOINT& p : points) expected = UnionRect(expected, {p.x, p.y, p.x, p.y});
+      const tagRECT box = GetPointsBBox(points.data(), count);
+      EXPECT_EQ(box.left, expected.left);
+      EXPECT_EQ(box.top, expected.top);
+      EXPECT_EQ(box.right, expected.right);
+      EXPECT_EQ(box.bottom, expected.bottom);
+    }
+  }
+}
+
 TEST(Rect, Arithmetic) {
   tagRECT r{kLeast + 1, 0, kMost - 1, 10};
   InflateRect(r, 5, 2);

@@ -33,6 +33,35 @@ PolycurveT<T> Random(std::uint64_t seed) {
   return {path.points.data(), path.types.data(), path.points.size()};
 }
 
+// What a search finds and what a position may name are the same segments, also where nodes are out of place.
+TYPED_TEST(Positions, EveryPlaceFoundOnAnyArraysIsAPositionOfThem) {
+  using T = TypeParam;
+  int found = 0, none = 0;
+  for (std::uint64_t seed = 0; seed < 4000; ++seed) {
+    test::Bits bits(seed);
+    const auto nodes = test::RandomMalformedPath<T>(bits, seed % 50 == 0 ? 300 : 12);
+    const PolycurveT<T> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const T query = test::RandomPoint<T>(bits, {});
+    typename PolycurveT<T>::Closest nearest, farthest;
+    const bool any = path.FindClosestPoint(query, nearest);
+    const auto all = path.FindClosestPoints(query);
+    ASSERT_EQ(any, !all.empty()) << testing::PrintToString(nodes);
+    ASSERT_EQ(any, path.FindFarthestPoint(query, farthest));
+    ++(any ? found : none);
+    if (!any) continue;
+    T at;
+    ASSERT_TRUE(path.GetPointAt(nearest.position, at)) << testing::PrintToString(nodes);
+    EXPECT_EQ(at, nearest.point) << testing::PrintToString(nodes);
+    EXPECT_TRUE(path.GetPointAt(farthest.position, at)) << testing::PrintToString(nodes);
+    for (const auto& place : all) EXPECT_TRUE(path.GetPointAt(place.position, at));
+    const auto middle = path.GetPositionAtRelativeLength(0.5);
+    ASSERT_TRUE(middle) << testing::PrintToString(nodes);
+    EXPECT_TRUE(path.GetPointAt(*middle, at)) << testing::PrintToString(nodes);
+  }
+  EXPECT_GT(found, 500);
+  EXPECT_GT(none, 50);
+}
+
 TYPED_TEST(Positions, AtALengthAndBack) {
   int checked = 0;
   for (std::uint64_t seed = 0; seed < 100; ++seed) {
