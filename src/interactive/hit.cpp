@@ -8,6 +8,7 @@
 #include "lumo/crv_hit.h"
 #include "math/point_traits.h"
 #include "tav/math/cubic_bezier.h"
+#include "tav/math/rect.h"
 
 namespace {
 
@@ -140,7 +141,9 @@ int UTLIsRectOnPath(const tagPOINT* points, const NODETYPE* types, int count, co
     if (!HullTouchesRect(bezier, *rect)) return true;
     DPoint p[4], polyline[kFillPieces + 1];
     Lumo::LoadCubic(bezier, p);
-    const int pieces = TavMath::BezierToLines(p, polyline, TavMath::CalculateNumBezierLines(p, kFillPieces));
+    const tagRECT box = TavMath::GetPointsBBox(bezier, 4);
+    const int pieces =
+        TavMath::BezierToLines(p, polyline, TavMath::CalculateNumBezierLines(box, kFillPieces));
     return !PiecesTouchRect(polyline, pieces, *rect);
   });
 }
