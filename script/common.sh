@@ -10,7 +10,8 @@ build() {
   local preset=$1 launcher=()
   shift
   case $preset in
-    release) need build test tool example ;;
+    release | coverage) need build test tool example ;;
+    package) need build tool package ;;
     sanitize) need build test tool fuzz ;;
     tsan) need build test fuzz ;;
     mingw) need build windows ;;
