@@ -1,9 +1,10 @@
 #pragma once
-// Two doubles, or four 32-bit integers, side by side: every 64-bit x86 processor works on 16 bytes at once,
-// and the compilers build the same types from scalars elsewhere.
+// Two doubles, four floats, or four 32-bit integers, side by side: every 64-bit x86 processor works on 16 bytes
+// at once, and the compilers build the same types from scalars elsewhere.
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -75,6 +76,51 @@ inline double SquareRoot(double v) {
   return _mm_cvtsd_f64(_mm_sqrt_pd(_mm_set_sd(v)));
 #else
   return std::sqrt(v);
+#endif
+}
+
+using FourFloats = float __attribute__((vector_size(16)));
+using FourInts = int __attribute__((vector_size(16)));
+
+inline FourFloats SquareRoot(FourFloats v) {
+#if defined(__SSE2__)
+  return _mm_sqrt_ps(v);
+#else
+  return FourFloats{std::sqrt(v[0]), std::sqrt(v[1]), std::sqrt(v[2]), std::sqrt(v[3])};
+#endif
+}
+
+inline float SquareRoot(float v) {
+#if defined(__SSE2__)
+  return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(v)));
+#else
+  return std::sqrt(v);
+#endif
+}
+
+inline TwoDoubles Absolute(TwoDoubles v) {
+  using Bits = long long __attribute__((vector_size(16)));
+  return reinterpret_cast<TwoDoubles>(reinterpret_cast<Bits>(v) &
+                                      Bits{0x7fffffffffffffff, 0x7fffffffffffffff});
+}
+inline FourFloats Absolute(FourFloats v) {
+  constexpr int kAllButSign = 0x7fffffff;
+  return reinterpret_cast<FourFloats>(reinterpret_cast<FourInts>(v) &
+                                      FourInts{kAllButSign, kAllButSign, kAllButSign, kAllButSign});
+}
+
+inline FourFloats Load(const float* from) {
+  FourFloats v;
+  std::memcpy(&v, from, sizeof v);
+  return v;
+}
+inline void Store(float* to, FourFloats v) { std::memcpy(to, &v, sizeof v); }
+inline int SumOf(FourInts v) {
+#if defined(__SSE2__)
+  const __m128i all = reinterpret_cast<__m128i>(v), pairs = _mm_add_epi32(all, _mm_unpackhi_epi64(all, all));
+  return _mm_cvtsi128_si32(_mm_add_epi32(pairs, _mm_shuffle_epi32(pairs, 1)));
+#else
+  return (v[0] + v[1]) + (v[2] + v[3]);
 #endif
 }
 
