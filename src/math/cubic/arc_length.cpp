@@ -32,6 +32,8 @@ constexpr int kCheapRule = 2;
 /// Every so many steps of an inverse length halve the bracket, whatever the derivatives say.
 constexpr int kHalveEvery = 6;
 
+double LesserOf(TwoDoubles v) { return v[0] < v[1] ? v[0] : v[1]; }
+
 /// The rule for a half axis. Found by counting, and its length drives one loop: a tree of branches would be
 /// mispredicted more often than it saves nodes.
 int RuleFor(double reach) {
@@ -144,7 +146,7 @@ double ArcLength::Over(double t0, double t1, Pieces* pieces) const noexcept {
   return OverPiece(t0, t1, splits, pieces);
 }
 
-double ArcLength::GuessIn(const Piece& piece, double wanted) const {
+inline double ArcLength::GuessIn(const Piece& piece, double wanted) const {
   // The parameter as a function of the length: the quintic with the values, slopes and curvatures at both
   // ends.
   const double l = piece.length, inverseLength = 1 / l, width = piece.t1 - piece.t0;
@@ -165,26 +167,13 @@ double ArcLength::GuessIn(const Piece& piece, double wanted) const {
   return piece.t0 + u * width;
 }
 
-double ArcLength::NearestRootSqrd(double t) const {
+inline double ArcLength::NearestRootSqrd(double t) const {
   double nearest = kFar;
   for (const Root& r : root_) nearest = std::min(nearest, (r.x - t) * (r.x - t) + r.y * r.y);
   return nearest;
 }
 
-double ArcLength::ParameterAt(double fraction) const noexcept {
-  Pieces pieces;
-  const double total = Over(0, 1, &pieces);
-  if (!(total > 0) || pieces.count == 0) return std::isnan(total) ? total : fraction;
-  double wanted = fraction * total;
-  int k = 0;
-  while (k + 1 < pieces.count && wanted > pieces.at[k].length) wanted -= pieces.at[k++].length;
-  const Piece piece = pieces.at[k];
-  if (!(wanted > 0)) return piece.t0;
-  if (!(wanted < piece.length)) return piece.t1;
-  return Invert(piece, wanted, Tolerances::kInverseLengthError * total);
-}
-
-double ArcLength::Invert(const Piece& piece, double wanted, double tolerance) const {
+inline double ArcLength::Invert(const Piece& piece, double wanted, double tolerance) const {
   double low = piece.t0, high = piece.t1;
   double t = GuessIn(piece, wanted);
   // From the nearer end of the piece; afterwards only the length of each step is measured.
@@ -193,8 +182,7 @@ double ArcLength::Invert(const Piece& piece, double wanted, double tolerance) co
   // The part needs fewer nodes than the whole; for the short rules finding out costs more than it saves.
   int partRule = piece.rule;
   if (partRule > kCheapRule) {
-    const TwoDoubles reach = ReachOf(t0, t1);
-    partRule = std::min(partRule, RuleFor(reach[0] < reach[1] ? reach[0] : reach[1]));
+    partRule = std::min(partRule, RuleFor(LesserOf(ReachOf(t0, t1))));
   }
   const double part = Gauss(t0, t1, partRule);
   double length = fromLow ? part : piece.length - part;
@@ -211,7 +199,8 @@ double ArcLength::Invert(const Piece& piece, double wanted, double tolerance) co
     const double ee = e * e, nearest = NearestRootSqrd(t);
     // Far outside of its radius of convergence the series may stand still: there the plain Newton step.
     const bool converges = ee < kShortStepSqrd * nearest;
-    double next = t + e * (converges ? 1 - 0.5 * e * first + ee * (0.5 * first * first - second / 6) : 1);
+    double next =
+        t + e * (converges ? 1 - 0.5 * e * first + ee * (0.5 * first * first - second * (1.0 / 6)) : 1);
     const bool halve = !(next > low && next < high) || step % kHalveEvery == kHalveEvery - 1;
     if (halve) {
       next = 0.5 * (low + high);
@@ -224,6 +213,27 @@ double ArcLength::Invert(const Piece& piece, double wanted, double tolerance) co
     t = next;
   }
   return t;
+}
+
+double ArcLength::ParameterAt(double fraction) const noexcept {
+  // Most curves are one piece, which then need not be written and read back.
+  const double nearest = LesserOf(ReachOf(0, 1));
+  if (nearest >= kReach[7]) {
+    const int rule = RuleFor(nearest);
+    const double length = Gauss(0, 1, rule);
+    if (!(length > 0)) return std::isnan(length) ? length : fraction;
+    return Invert({0, 1, length, rule}, fraction * length, Tolerances::kInverseLengthError * length);
+  }
+  Pieces pieces;
+  const double total = Over(0, 1, &pieces);
+  if (!(total > 0) || pieces.count == 0) return std::isnan(total) ? total : fraction;
+  double wanted = fraction * total;
+  int k = 0;
+  while (k + 1 < pieces.count && wanted > pieces.at[k].length) wanted -= pieces.at[k++].length;
+  const Piece piece = pieces.at[k];
+  if (!(wanted > 0)) return piece.t0;
+  if (!(wanted < piece.length)) return piece.t1;
+  return Invert(piece, wanted, Tolerances::kInverseLengthError * total);
 }
 
 }  // namespace TavMath

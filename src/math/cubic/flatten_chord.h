@@ -13,7 +13,8 @@
 namespace TavMath {
 
 /// 2 (1/4 - 1/12) / (12 sqrt 3), rounded up, and 1/432: s (1 - s) |middle + (s - 1/2) beta| is at most, and
-/// squared, middle^2 / 16 + kMixed |middle beta| + kFarBeta beta^2: close while |beta| is much the larger one.
+/// squared, middle^2 / 16 + kMixed |middle beta| + kFarBeta beta^2: close while |beta| is much the larger
+/// one.
 inline constexpr double kMixed = 0.016038, kFarBeta = 1.0 / 432;
 /// The same by middle^2 / 16 + kNearBeta beta^2: close while |beta| is the smaller one. The lesser of both
 /// bounds costs 4 percent of a chord at worst.
@@ -29,8 +30,8 @@ struct FlattenTolerance {
   /// The caller's, but not below what the roundings of the curve's coordinates leave.
   FlattenTolerance(const DPoint p[4], double toleranceSqrd) noexcept {
     const TwoDoubles p0{p[0].x, p[0].y}, p1{p[1].x, p[1].y}, p2{p[2].x, p[2].y}, p3{p[3].x, p[3].y};
-    const TwoDoubles both = (Tolerances::kEpsilon * Absolute(p0) + Absolute(p1 - p0)) +
-                            (Absolute(p2 - p1) + Absolute(p3 - p2));
+    const TwoDoubles both =
+        (Tolerances::kEpsilon * Absolute(p0) + Absolute(p1 - p0)) + (Absolute(p2 - p1) + Absolute(p3 - p2));
     size = both[0] + both[1];
     const double least = 6 * Tolerances::kEpsilon * size, point = 16 * Tolerances::kEpsilon * size;
     sqrd = toleranceSqrd > least * least ? toleranceSqrd : least * least;
@@ -60,8 +61,8 @@ struct FromCorner {
         x3(Cross(d1, d3)),
         x23(Cross(k2, k3)) {}
 
-  /// What the chord over h uses. Where the curve turns back along the chord, how far it passes an end is added
-  /// at right angles.
+  /// What the chord over h uses. Where the curve turns back along the chord, how far it passes an end is
+  /// added at right angles.
   ChordUse UseOf(double h, const FlattenTolerance& tolerance) const noexcept;
 };
 

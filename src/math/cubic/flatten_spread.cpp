@@ -44,8 +44,8 @@ struct Estimate {
     for (int k = 0; k < kPerLane; ++k) row[k] = Load(before + 4 * k);
     const float share = sum / static_cast<float>(n);
     for (int j = 1, cell = 0; j < n; ++j) {
-      // The last cell that starts before: counted, since a search would be mispredicted, unless corners are so
-      // many that most follow the last one into its cell.
+      // The last cell that starts before: counted, since a search would be mispredicted, unless corners are
+      // so many that most follow the last one into its cell.
       const float wanted = share * static_cast<float>(j);
       if (n <= kCounted) {
         FourInts starts{};
@@ -97,7 +97,7 @@ class EvenSpread {
   bool Halve(double from, double to, DPoint* buffer);
 
   DPoint start_, end_;
-  DVector k1_, k2_, k3_;                       ///< the power form
+  DVector k1_, k2_, k3_;                    ///< the power form
   TwoDoubles x1_, x2_, x3_, y1_, y2_, y3_;  ///< the same, twice
   FlattenTolerance tolerance_;
   int count_ = 0, capacity_ = 0;

@@ -10,9 +10,9 @@
 
 namespace TavMath {
 
-/// Writes the corners, the first one included, and returns the number of chords. Returns 0 when the chords are
-/// too many for the buffer (which holds capacity + 1 points) or for the samples, or when too many had to be
-/// halved; the buffer may have been written all the same.
+/// Writes the corners, the first one included, and returns the number of chords. Returns 0 when the chords
+/// are too many for the buffer (which holds capacity + 1 points) or for the samples, or when too many had to
+/// be halved; the buffer may have been written all the same.
 int SpreadLines(const DPoint p[4], const FlattenTolerance& tolerance, DPoint* buffer, int capacity) noexcept;
 
 }  // namespace TavMath
