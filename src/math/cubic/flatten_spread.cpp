@@ -22,8 +22,13 @@ constexpr double kStillSqrd = 1e-12;
 /// Chords are taken this much shorter than the estimate, less a share of one chord: fewer fail than the
 /// additional chords cost.
 constexpr double kMargin = 1.02, kRoundingShare = 0.1;
-/// So many chords may be halved, and one for each kChordsPerHalving beside them.
-constexpr int kHalvings = 1, kChordsPerHalving = 16;
+/// So many chords may come to those estimated, and one for each kChordsPerExtra of them.
+constexpr int kExtraChords = 1, kChordsPerExtra = 16;
+/// Where chords are few, one that strays too far is shortened to this share of the squared tolerance, so many
+/// times at most, and the next takes over the rest. Of many it is halved, since one more does not matter.
+constexpr int kFewChords = 24;
+constexpr double kShortenedShare = 0.9;
+constexpr int kShortenings = 6;
 
 TwoDoubles Least(TwoDoubles a, TwoDoubles b) { return a < b ? a : b; }
 
@@ -94,14 +99,14 @@ class EvenSpread {
   int Number(const Estimate& estimate, int capacity) const;
   TwoFlags Fit(const Corners& from, const Corners& to, TwoDoubles h) const;
   TwoFlags WritePair(const float* t, Corners& last, DPoint* buffer) const;
-  bool Halve(double from, double to, DPoint* buffer);
+  int Mend(const float* t, int j, int n, DPoint* buffer);
 
   DPoint start_, end_;
   DVector k1_, k2_, k3_;                    ///< the power form
   TwoDoubles x1_, x2_, x3_, y1_, y2_, y3_;  ///< the same, twice
   FlattenTolerance tolerance_;
   int count_ = 0, capacity_ = 0;
-  int halvings_ = 0;  ///< so many more are allowed
+  int extra_ = 0;  ///< so many more chords than estimated are allowed
 };
 
 bool EvenSpread::Sample(Estimate& estimate) const {
@@ -158,16 +163,32 @@ TwoFlags EvenSpread::Fit(const Corners& from, const Corners& to, TwoDoubles h) c
   return fits & (Least(a0, Least(a1, a2)) >= 0) & (chordSqrd > tolerance_.sqrd);
 }
 
-bool EvenSpread::Halve(double from, double to, DPoint* buffer) {
-  if (!(to > from) || count_ >= capacity_) return false;
-  if (FromCorner(k1_, k2_, k3_, from).UseOf(to - from, tolerance_).Fits()) {
-    const Corners corner = At(Both(to));
-    buffer[++count_] = {start_.x + corner.x[0], start_.y + corner.y[0]};
-    return true;
+/// Places chords one after the other from t[j], each to its planned corner or, when that is too far, short of
+/// it, until one ends at a planned corner again. Returns the number of that corner; 0 on failure.
+int EvenSpread::Mend(const float* t, int j, int n, DPoint* buffer) {
+  const bool few = n <= kFewChords;
+  double from = t[j];
+  while (j < n) {
+    const double planned = t[j + 1];
+    const FromCorner corner(k1_, k2_, k3_, from);
+    double h = planned - from;
+    ChordUse use = corner.UseOf(h, tolerance_);
+    for (int attempt = 0; !use.Fits() && attempt < kShortenings; ++attempt) {
+      h *= few ? std::clamp(SquareRoot(SquareRoot(kShortenedShare / use.Share())), 0.1, 0.95) : 0.5;
+      use = corner.UseOf(h, tolerance_);
+    }
+    const double to = from + h;
+    const bool reached = to >= planned;
+    // What is left over is added to the next chord, or becomes a chord of its own.
+    const bool added = !reached && (!few || j + 1 == n);
+    if (!use.Fits() || !(to > from) || count_ >= capacity_ || (added && --extra_ < 0)) return 0;
+    const Corners end = At(Both(to));
+    buffer[++count_] = {start_.x + end.x[0], start_.y + end.y[0]};
+    if (reached) return j + 1;
+    if (!added) ++j;
+    from = to;
   }
-  if (--halvings_ < 0) return false;
-  const double middle = 0.5 * (from + to);
-  return Halve(from, middle, buffer) && Halve(middle, to, buffer);
+  return 0;
 }
 
 /// The number of chords; 0 when they are too many.
@@ -175,9 +196,9 @@ int EvenSpread::Number(const Estimate& estimate, int capacity) const {
   const double perRoot = SquareRoot(0.125 / SquareRoot(tolerance_.sqrd));
   const double chords =
       kMargin * (0.5 * kCellWidth) * perRoot * static_cast<double>(estimate.sum) - kRoundingShare;
-  if (!(chords < std::min(kMostChords, capacity) - 1)) return 0;
-  const int whole = static_cast<int>(chords);
-  return std::max(1, whole + (chords > whole));
+  if (!(chords < kMostChords - 1)) return 0;
+  const int whole = static_cast<int>(chords), n = std::max(1, whole + (chords > whole));
+  return n < capacity ? n : 0;
 }
 
 /// Writes the points at t[1] and t[2], and tells which of the chords before them fit. `last` are corners of
@@ -201,15 +222,17 @@ int EvenSpread::Lines(DPoint* buffer, int capacity) {
   estimate.Place(n, t);
   buffer[0] = start_;
   capacity_ = capacity;
-  halvings_ = kHalvings + n / kChordsPerHalving;
+  extra_ = kExtraChords + n / kChordsPerExtra;
   Corners last{Both(0), Both(0), x1_, y1_};
-  for (int j = 0; j < n; j += 2) {
+  for (int j = 0; j < n;) {
     const int both = j + 1 < n;
     if (AllOf(WritePair(t + j, last, buffer + count_ + 1) | kWaived[both])) {
       count_ += 1 + both;
-    } else if (!Halve(t[j], t[j + 1], buffer) || (both && !Halve(t[j + 1], t[j + 2], buffer)) ||
-               count_ + (n - j) > capacity) {
-      return 0;
+      j += 1 + both;
+    } else {
+      j = Mend(t, j, n, buffer);
+      if (j == 0 || count_ + (n - j) >= capacity) return 0;
+      last = At(Both(t[j]));
     }
   }
   buffer[count_] = end_;
