@@ -1,6 +1,6 @@
 #pragma once
-// What a segment is, and the lines and cubics of two arrays in path order, for everything that names a segment
-// by its nodes. Never reads outside the arrays, whatever they hold.
+// What a segment is, and the lines and cubics of two arrays in path order, for everything that names a
+// segment by its nodes. Never reads outside the arrays, whatever they hold.
 
 #include "lumo/node_type.h"
 

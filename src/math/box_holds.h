@@ -13,7 +13,8 @@ namespace TavMath {
 /// `box` has left <= right and top <= bottom. Edges count as inside.
 inline bool Holds(const tagRECT& box, const tagPOINT* points, std::size_t count) noexcept {
   const auto bits = [](auto value) { return static_cast<std::uint32_t>(value); };
-  // low <= v <= high as one signed comparison: v - low, moved down by 2^31, against high - low moved likewise.
+  // low <= v <= high as one signed comparison: v - low, moved down by 2^31, against high - low moved
+  // likewise.
   constexpr std::uint32_t kDown = 0x80000000u;
   const FourWords low = {bits(box.left) + kDown, bits(box.top) + kDown, bits(box.left) + kDown,
                          bits(box.top) + kDown};

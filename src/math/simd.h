@@ -1,6 +1,6 @@
 #pragma once
-// Two doubles, four floats, or four 32-bit integers, side by side: every 64-bit x86 processor works on 16 bytes
-// at once, and the compilers build the same types from scalars elsewhere.
+// Two doubles, four floats, or four 32-bit integers, side by side: every 64-bit x86 processor works on 16
+// bytes at once, and the compilers build the same types from scalars elsewhere.
 
 #include <cmath>
 #include <cstdint>
