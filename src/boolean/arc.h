@@ -39,10 +39,10 @@ struct Arc {
   int segment;
   double t0, t1;
   int v0, v1;
-  double bend;    ///< An upper bound of |B''| / 8 over the arc; 0 for a line.
-  bool straight;  ///< A line, or a cubic that lies on its chord to within rounding: crossed as a line.
-  bool open;      ///< Of an open subpath: encloses nothing, and has no step.
-  Winding step;
+  double bend;        ///< An upper bound of |B''| / 8 over the arc; 0 for a line.
+  bool straight;      ///< A line, or a cubic that lies on its chord to within rounding: crossed as a line.
+  bool open = false;  ///< Of an open subpath: encloses nothing, and has no step.
+  Winding step{};
 };
 
 inline DPoint Evaluate(const DPoint p[4], double t) {
