@@ -9,7 +9,7 @@ namespace TavMath {
 namespace {
 
 /// The integrand is sampled in four lanes of so many nodes each, at equal parameters.
-constexpr int kPerLane = 4, kNodes = 4 * kPerLane, kCells = kNodes - 1;
+constexpr int kPerLane = 5, kNodes = 4 * kPerLane, kCells = kNodes - 1;
 constexpr float kCellWidth = 1.0f / kCells;
 /// More chords than this need more samples than there are.
 constexpr int kMostChords = 300;
@@ -22,8 +22,9 @@ constexpr double kStillSqrd = 1e-12;
 /// Chords are taken this much shorter than the estimate, less a share of one chord: fewer fail than the
 /// additional chords cost.
 constexpr double kMargin = 1.02, kRoundingShare = 0.1;
-/// So many chords may come to those estimated, and one for each kChordsPerExtra of them.
-constexpr int kExtraChords = 1, kChordsPerExtra = 16;
+/// To so few chords one may be added, to more one for each kChordsPerExtra: with the estimate's own surplus a
+/// curve stays within a tenth, or one chord, of the fewest.
+constexpr int kSmallNumber = 12, kChordsPerExtra = 18;
 /// Where chords are few, one that strays too far is shortened to this share of the squared tolerance, so many
 /// times at most, and the next takes over the rest. Of many it is halved, since one more does not matter.
 constexpr int kFewChords = 24;
@@ -222,7 +223,7 @@ int EvenSpread::Lines(DPoint* buffer, int capacity) {
   estimate.Place(n, t);
   buffer[0] = start_;
   capacity_ = capacity;
-  extra_ = kExtraChords + n / kChordsPerExtra;
+  extra_ = n < kSmallNumber ? 1 : n / kChordsPerExtra;
   Corners last{Both(0), Both(0), x1_, y1_};
   for (int j = 0; j < n;) {
     const int both = j + 1 < n;
