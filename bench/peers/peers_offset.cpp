@@ -10,8 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
-#include <polyclipping/clipper.hpp>
 #include <string>
 #include <vector>
 
@@ -21,8 +19,9 @@
 #include "lumo/offset.h"
 #include "lumo/offset_corners.h"
 #include "lumo/subpath_hierarchy.h"
+#include "processor_time.h"
 #include "svg_read.h"
-#include "tav/math/cubic_bezier.h"
+#include "to_clipper.h"
 
 namespace {
 
@@ -33,29 +32,6 @@ using Lumo::Offset::OffsetSettings;
 /// Every path is scaled to this size, so that the least tolerance of an offset (100 units) is 1/2400 of it.
 constexpr double kSize = 240000;
 constexpr double kTolerance = kSize / 2400;
-
-/// Processor time of this program: what else the machine does counts for neither side.
-double Now() { return static_cast<double>(std::clock()) * 1e3 / CLOCKS_PER_SEC; }
-double Milliseconds(double since) { return Now() - since; }
-
-ClipperLib::Paths Flatten(const Path& path) {
-  ClipperLib::Paths out;
-  const auto add = [&out](const DPoint& p) { out.back().emplace_back(std::llround(p.x), std::llround(p.y)); };
-  std::vector<DPoint> points(300);
-  for (std::size_t k = 0; k < path.GetPointCount(); ++k) {
-    const NODETYPE type = path.GetNodeType(k);
-    if (type.IsMove()) out.emplace_back();
-    if (type.IsControl()) continue;
-    if (!type.IsCurve()) {
-      add(path.GetPoint(k));
-      continue;
-    }
-    const int n =
-        TavMath::AdaptiveBezierToLines(path.GetPoints() + k - 3, points.data(), kTolerance * kTolerance, 300);
-    for (int i = 1; i <= n; ++i) add(points[static_cast<std::size_t>(i)]);
-  }
-  return out;
-}
 
 double Area(const Path& path) {
   return Lumo::GetArea(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()));
@@ -126,12 +102,12 @@ void Race(const std::vector<Path>& paths, const std::vector<ClipperLib::Paths>& 
   double ours = 0, theirs = 0;
   std::size_t nodes = 0, peerNodes = 0, sourceNodes = 0, differ = 0;
   for (std::size_t k = 0; k < paths.size(); ++k) {
-    auto start = Now();
+    double start = ProcessorTime();
     const Path result = OurOffset(paths[k], c);
-    ours += Milliseconds(start);
-    start = Now();
+    ours += (ProcessorTime() - start) / 1e3;
+    start = ProcessorTime();
     const ClipperLib::Paths peer = PeerOffset(flat[k], c);
-    theirs += Milliseconds(start);
+    theirs += (ProcessorTime() - start) / 1e3;
     double area = 0;
     for (const auto& outline : peer) {
       area += ClipperLib::Area(outline);
@@ -186,9 +162,10 @@ int main(int argc, char** argv) {
   if (paths.empty())
     return std::fprintf(stderr, "usage: peers_offset [--most N] [--list] [--only K] FILE.svg ...\n"), 1;
   std::vector<ClipperLib::Paths> flat;
-  const auto start = Now();
-  for (const Path& path : paths) flat.push_back(Flatten(path));
-  std::printf("%zu paths; flattening for Clipper took %.1f ms\n", paths.size(), Milliseconds(start));
+  const double start = ProcessorTime();
+  for (const Path& path : paths) flat.push_back(ToClipper(path, kTolerance));
+  std::printf("%zu paths; flattening for Clipper took %.1f ms\n", paths.size(),
+              (ProcessorTime() - start) / 1e3);
   for (int k = 0; k < static_cast<int>(std::size(kConfigurations)); ++k) {
     if (only < 0 || only == k) Race(paths, flat, kConfigurations[k], list);
   }

@@ -4,9 +4,6 @@
 //
 //   peers_path FILE.svg ...    script/corpus fetches icons into build/corpus
 
-#include <2geom/path.h>
-#include <2geom/pathvector.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -16,6 +13,7 @@
 #include "input_error.h"
 #include "lumo/measure.h"
 #include "svg_read.h"
+#include "to_lib2geom.h"
 
 namespace {
 
@@ -36,25 +34,6 @@ struct Case {
   DPoint queries[kQueries];
 };
 
-Geom::Point ToPeer(const DPoint& p) { return {p.x, p.y}; }
-
-Geom::PathVector ToPeer(const Path& path) {
-  Geom::PathVector out;
-  const DPoint* p = path.GetPoints();
-  for (std::size_t k = 0; k < path.GetPointCount(); ++k) {
-    const NODETYPE type = path.GetNodeType(k);
-    if (type.IsMove()) {
-      out.push_back(Geom::Path(ToPeer(p[k])));
-    } else if (type.IsLine()) {
-      out.back().appendNew<Geom::LineSegment>(ToPeer(p[k]));
-    } else if (type.IsCurve()) {
-      out.back().appendNew<Geom::CubicBezier>(ToPeer(p[k - 2]), ToPeer(p[k - 1]), ToPeer(p[k]));
-    }
-    if (type.IsClosed() && !type.IsMove()) out.back().close();
-  }
-  return out;
-}
-
 double Random() {
   static unsigned state = 20240603;
   return ((state = state * 1664525u + 1013904223u) >> 8) * 0x1p-24;
@@ -65,7 +44,7 @@ void Load(const char* file, std::vector<Case>& cases) {
     const auto box = element.path.GetTightBBox();
     const double size = std::max(box.maxx - box.minx, box.maxy - box.miny);
     if (!(size > 0)) continue;
-    Case c{element.path, ToPeer(element.path), size, {}};
+    Case c{element.path, ToLib2geom(element.path), size, {}};
     for (DPoint& q : c.queries) {
       q = {box.minx + (box.maxx - box.minx) * Random(), box.miny + (box.maxy - box.miny) * Random()};
     }
@@ -82,11 +61,11 @@ double OurNearest(const Case& c, const DPoint& q) {
 }
 double PeerNearest(const Case& c, const DPoint& q) {
   double distance = 0;
-  c.peer.nearestTime(ToPeer(q), &distance);
+  c.peer.nearestTime(ToLib2geom(q), &distance);
   return distance;
 }
 bool OurInside(const Case& c, const DPoint& q) { return c.path.IsPointInShape(q); }
-bool PeerInside(const Case& c, const DPoint& q) { return c.peer.winding(ToPeer(q)) % 2 != 0; }
+bool PeerInside(const Case& c, const DPoint& q) { return c.peer.winding(ToLib2geom(q)) % 2 != 0; }
 double PeerLength(const Case& c) {
   double sum = 0;
   for (const Geom::Path& path : c.peer) {
