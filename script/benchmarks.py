@@ -254,7 +254,7 @@ def source(drawing):
         return f"`{os.path.dirname(drawing)}`"
     with open(os.path.join(m[1], "package", "package.json")) as file:
         package = json.load(file)
-    return f"{package['name']} {package['version']}"
+    return f"`{package['name']}` {package['version']}"
 
 
 os.makedirs(PLOTS, exist_ok=True)
