@@ -1,5 +1,7 @@
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "core/node_words.h"
 #include "lumo/crv_navigation.h"
@@ -57,8 +59,20 @@ class EnablingInfo {
   EnablingInfo(const NODETYPE* types, int count) : types_(types), count_(count) {}
 
   int Collect() {
-    const auto concerns = [](std::uint64_t word) { return Lumo::MovesOf(word) | Lumo::EnabledOf(word); };
-    Lumo::ForPickedNodes(types_, count_, concerns, [this](int i) { Add(i); });
+    int first = 0;
+    for (; count_ - first > kRun; first += kRun) {
+      std::uint64_t word;
+      std::memcpy(&word, types_ + first, kRun);
+      const std::uint64_t moves = Lumo::MovesOf(word) & Lumo::kTopBits;
+      const std::uint64_t enabled = Lumo::EnabledOf(word) & Lumo::kTopBits;
+      if ((moves | enabled) == 0) continue;
+      if (moves == 0 && !types_[first + kRun].IsMove()) {
+        AddInner(first, std::popcount(enabled));
+      } else {
+        AddPicked(first, kRun);
+      }
+    }
+    AddPicked(first, count_ - first);
     EndSubpath();
     flags_ &= ~kCounted;
     return nodes_;
@@ -85,6 +99,22 @@ class EnablingInfo {
   }
 
  private:
+  static constexpr int kRun = 8;  // nodes of a word
+
+  /// Nodes with neighbours on both sides, some of them enabled: looking all of them up costs less than
+  /// guessing which.
+  void AddInner(int first, int enabled) {
+    for (int i = first; i < first + kRun; ++i) {
+      subpathFlags_ |= kInner[types_[i].value][types_[i + 1].value >> 6];
+    }
+    nodes_ += enabled;
+  }
+
+  void AddPicked(int first, int nodes) {
+    const auto concerns = [](std::uint64_t word) { return Lumo::MovesOf(word) | Lumo::EnabledOf(word); };
+    Lumo::ForPickedNodes(types_ + first, nodes, concerns, [this, first](int i) { Add(first + i); });
+  }
+
   /// A move node or an enabled line or curve node.
   void Add(int i) {
     const NODETYPE type = types_[i];
