@@ -5,6 +5,8 @@
 namespace Lumo::Planar {
 namespace {
 
+constexpr double kCells = 65535;  // of each side of the grid whose cells the curve passes
+
 /// Spreads the low 16 bits to the even places.
 std::uint32_t Spread(std::uint32_t v) {
   v = (v | (v << 8)) & 0x00FF00FFu;
@@ -13,16 +15,21 @@ std::uint32_t Spread(std::uint32_t v) {
   return (v | (v << 1)) & 0x55555555u;
 }
 
+/// The cell of a place along one side; 0 where the side is so short that its scale overflows.
+std::uint32_t CellAt(double along) {
+  return along > 0 && along <= kCells ? static_cast<std::uint32_t>(along) : 0;
+}
+
 std::vector<std::uint64_t> CurveOrder(const std::vector<Box>& boxes) {
   Box all;
   for (const Box& b : boxes) all.Add(b);
-  const double sx = all.Width() > 0 ? 65535 / all.Width() : 0,
-               sy = all.Height() > 0 ? 65535 / all.Height() : 0;
+  const double sx = all.Width() > 0 ? kCells / all.Width() : 0,
+               sy = all.Height() > 0 ? kCells / all.Height() : 0;
   std::vector<std::uint64_t> order(boxes.size());
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     const double x = (0.5 * (boxes[i].minx + boxes[i].maxx) - all.minx) * sx,
                  y = (0.5 * (boxes[i].miny + boxes[i].maxy) - all.miny) * sy;
-    const auto cell = Spread(static_cast<std::uint32_t>(x)) | (Spread(static_cast<std::uint32_t>(y)) << 1);
+    const auto cell = Spread(CellAt(x)) | (Spread(CellAt(y)) << 1);
     order[i] = (std::uint64_t{cell} << 32) | i;
   }
   std::sort(order.begin(), order.end());

@@ -1,6 +1,7 @@
 // The members of the path class that offset; they belong to this floor, the class lies below.
 
 #include <cmath>
+#include <memory>
 #include <new>
 
 #include "lumo/offset.h"
@@ -50,8 +51,9 @@ bool IsFinite(const PolycurveT<DPoint>& path) {
 PolycurveT<DPoint> ParallelCurve(const PolycurveT<DPoint>& path, double distance,
                                  std::optional<double> maxError, bool pure) {
   if (path.IsEmpty() || !std::isfinite(distance)) return {};
-  Offset::OffsetSettings settings(new MiteredCorner(kParallelMiterLimit, nullptr), new NoCorner, distance,
-                                  false);
+  auto corner = std::make_unique<MiteredCorner>(kParallelMiterLimit, nullptr);
+  auto cap = std::make_unique<NoCorner>();  // the settings own both, once memory for both was found
+  Offset::OffsetSettings settings(corner.release(), cap.release(), distance, false);
   settings.SetCloseShape(false);
   settings.SetCombineShape(false);
   settings.SetOpenCurveOffsetSide(Offset::EOpenCurveOffsetSide::left);

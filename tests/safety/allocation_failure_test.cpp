@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -67,8 +68,11 @@ std::vector<Operation<T>> Operations() {
        {"BreakAtIntersections itself", [](P& p) { return p.BreakAtIntersections(p); }},
        {"OffsetCurve",
         [](P& p) {
-          return p.OffsetCurve(
-              {new Lumo::MiteredCorner(1500, new Lumo::Bevel), new Lumo::Round, 1500, false});
+          auto bevel = std::make_unique<Lumo::Bevel>();
+          auto corner = std::make_unique<Lumo::MiteredCorner>(1500, bevel.get());
+          bevel.release();  // the corner owns it now
+          auto cap = std::make_unique<Lumo::Round>();
+          return p.OffsetCurve({corner.release(), cap.release(), 1500, false});
         }},
        {"CreateParallelCurve", [](P& p) { return !p.CreateParallelCurve(1500).IsEmpty(); }, false},
        {"CreateParallelCurves", [](P& p) { return !p.CreateParallelCurves(1500, 2).IsEmpty(); }, false},
