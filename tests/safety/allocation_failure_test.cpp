@@ -69,10 +69,10 @@ std::vector<Operation<T>> Operations() {
        {"OffsetCurve",
         [](P& p) {
           auto bevel = std::make_unique<Lumo::Bevel>();
-          auto corner = std::make_unique<Lumo::MiteredCorner>(1500, bevel.get());
-          bevel.release();  // the corner owns it now
+          auto join = std::make_unique<Lumo::MiteredCorner>(1500, bevel.get());
+          bevel.release();  // the join owns it now
           auto cap = std::make_unique<Lumo::Round>();
-          return p.OffsetCurve({corner.release(), cap.release(), 1500, false});
+          return p.OffsetCurve({join.release(), cap.release(), 1500, false});
         }},
        {"CreateParallelCurve", [](P& p) { return !p.CreateParallelCurve(1500).IsEmpty(); }, false},
        {"CreateParallelCurves", [](P& p) { return !p.CreateParallelCurves(1500, 2).IsEmpty(); }, false},
