@@ -15,8 +15,10 @@ void Require(bool truth) {
   if (!truth) std::abort();
 }
 
-void Offset(Cubic piece, double offset, double tolerance, int depth) {
-  for (int k = 0; k < 64; ++k) {
+/// Offsets the piece and, where it has to be split, its parts: so many calls in all, for below rounding no
+/// tolerance is ever reached.
+void Offset(Cubic piece, double offset, double tolerance, int depth, int& calls) {
+  for (int k = 0; k < 64 && calls > 0; ++k, --calls) {
     DPoint out[4];
     double split;
     if (FindBezierOffsetCurve(piece.data(), out, offset, tolerance, split)) {
@@ -27,7 +29,7 @@ void Offset(Cubic piece, double offset, double tolerance, int depth) {
     if (split == -1.0 || depth == 0) return;
     Cubic left, right;
     CubicBezier::Split(split, piece.data(), left.data(), right.data());
-    Offset(left, offset, tolerance, depth - 1);
+    Offset(left, offset, tolerance, depth - 1, calls);
     piece = right;
   }
 }
@@ -45,9 +47,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<Cubic> pieces;
   GetSegmentsToOffset(cubic.data(), pieces, v[8]);
   Require(pieces.size() <= 64);
+  int calls = 2000;
   for (const Cubic& piece : pieces) {
     IsBezierValidForOffset(piece.data(), v[8]);
-    Offset(piece, v[8], std::abs(v[9]), 4);
+    Offset(piece, v[8], std::abs(v[9]), 4, calls);
   }
   return 0;
 }
