@@ -105,8 +105,9 @@ bool Ease(CSegment& segment, bool atStart, double radiusLimit, Precision precisi
   // Rounding turns an integer handle a little, and with it a far control point moves off the tangent.
   const double turned = precision.isInteger ? arm * kIntegerHandleError / std::max(needed, 1.0) : 0;
   const double slack = precision.isInteger ? kIntegerEaseSlack : 0;
-  // Where the whole curve is as small as the limit, the handle must not reach beyond it.
-  const double most = std::max(arm, Distance(end.node, end.opposite));
+  // Where the whole curve is as small as the limit, the handle must not reach beyond it. No bound that grows
+  // with this handle, or the two ends of a curve would chase each other outwards.
+  const double most = std::max(Distance(end.node, end.opposite), Distance(end.beyond, end.opposite));
   const double eased = std::min(lengthFor(off + turned) * kEaseSlack + slack, most);
   // A gain that rounding takes back is none.
   if (!(eased > length + (eased == most ? slack : 0))) return false;
@@ -123,9 +124,20 @@ int FixOverlappingHandles(Subpath& subpath, double offset, Precision precision) 
 
 int FixTightEndpoints(Subpath& subpath, double radiusLimit, Precision precision) {
   if (!(radiusLimit > 0)) return 0;
-  return ForEachEnd(subpath, [=](CSegment& segment, bool atStart) {
-    return Ease(segment, atStart, radiusLimit, precision);
-  });
+  int changed = 0;
+  for (CSegment& segment : subpath.segments) {
+    if (segment.IsLine()) continue;
+    // A longer handle at one end can make the other end tighter: in turn until both hold.
+    bool start = false, end = false;
+    for (int turn = 0; turn < kMaxEaseTurns; ++turn) {
+      const bool startNow = Ease(segment, true, radiusLimit, precision);
+      const bool endNow = Ease(segment, false, radiusLimit, precision);
+      if (!startNow && !endNow) break;
+      start |= startNow, end |= endNow;
+    }
+    changed += start + end;
+  }
+  return changed;
 }
 
 int SplitOverlapping(Subpath& subpath) {

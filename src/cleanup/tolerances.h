@@ -7,6 +7,10 @@ namespace Lumo {
 /// are rare, and the bound keeps hostile input from costing more.
 inline constexpr int kMaxRepairRounds = 8;
 
+/// Times that the two handles of one Bezier are eased in turn: each turn halves what is left, so that the
+/// digits of a double are through before.
+inline constexpr int kMaxEaseTurns = 64;
+
 /// Ratio. A handle is eased a little beyond the radius limit, so that rounding does not put it below again.
 inline constexpr double kEaseSlack = 1.0 + 1e-6;
 

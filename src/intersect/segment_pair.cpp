@@ -19,7 +19,12 @@ DVector PairSegment::Tangent(double t) const {
 double PairSegment::Curvature(double t) const {
   return isCurve ? TavMath::CubicBezier::SafeBezierCurvature(t, p) : 0;
 }
-TavMath::BoundsT<double> PairSegment::Box() const { return TavMath::GetPointsBBox(p, isCurve ? 4 : 2); }
+TavMath::BoundsT<double> PairSegment::Box() const {
+  const TavMath::BoundsT<double> box = TavMath::GetPointsBBox(p, isCurve ? 4 : 2);
+  double sum = std::abs(box.minx) + std::abs(box.maxx) + std::abs(box.miny) + std::abs(box.maxy);
+  for (int k = 0; k < (isCurve ? 4 : 2); ++k) sum += 0 * p[k].x + 0 * p[k].y;
+  return std::isfinite(sum) ? box : TavMath::BoundsT<double>{};
+}
 
 double PairMargin(const SegmentIntersectionSettings& settings) noexcept {
   const double margin = std::max(settings.GetTouchTolerance(), settings.GetEndpointTolerance());

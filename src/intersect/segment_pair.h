@@ -22,7 +22,8 @@ struct PairSegment {
   /// Of a line, from start to end at every parameter; of a cubic never zero unless all its points coincide.
   DVector Tangent(double t) const;
   double Curvature(double t) const;
-  /// Of the control points.
+  /// Of the control points. Empty, so that it meets nothing, when a coordinate is not finite or so large that
+  /// the extents are not.
   TavMath::BoundsT<double> Box() const;
 };
 

@@ -127,10 +127,13 @@ void Halve(const double g[6], double left[6], double right[6]) {
   right[5] = a5;
 }
 
-/// Adds every minimum of the distance inside (0, 1) whose square can lie within `slack` of the least. The
-/// whole curve's slope comes in the first piece.
-void CollectMinima(const DPoint p[4], const DPoint& query, Piece (&stack)[Tolerances::kClosestDepth + 2],
-                   double slack, Candidates& found) {
+/// Adds every minimum of the distance inside (0, 1) whose square can lie within `slack` of the least, as a
+/// point of `p`. `shape` and `query` are the curve and the query in a unit whose squares have all their
+/// digits.
+void CollectMinima(const DPoint p[4], const DPoint shape[4], const DPoint& query, double slack,
+                   Candidates& found) {
+  Piece stack[Tolerances::kClosestDepth + 2];
+  DistanceSlope(shape, query, stack[0].g);
   stack[0].start = 0;
   stack[0].width = 1;
   stack[0].rise = 0;
@@ -154,7 +157,7 @@ void CollectMinima(const DPoint p[4], const DPoint& query, Piece (&stack)[Tolera
       bool flat = false;
       double t = piece.start + piece.width * RisingRoot(piece.g, signs, flat);
       // A slope that is nothing but noise all over its piece tells as little.
-      if (flat || (-piece.g[0] < noise && piece.g[5] < noise)) t = BisectFlatRoot(p, query, t);
+      if (flat || (-piece.g[0] < noise && piece.g[5] < noise)) t = BisectFlatRoot(shape, query, t);
       found.Add(t, Evaluate(p, t));
       continue;
     }
@@ -199,18 +202,15 @@ double Reach(const DPoint p[4], const DPoint& query) {
 /// The same from the curve: slackShare is the slack as a share of the squared reach.
 void CollectMinima(const DPoint p[4], const DPoint& query, double reach, double slackShare,
                    Candidates& found) {
-  Piece stack[Tolerances::kClosestDepth + 2];
   if (reach < Tolerances::kLargestReach && reach > Tolerances::kLeastReach) {
-    DistanceSlope(p, query, stack[0].g);
-    CollectMinima(p, query, stack, slackShare * reach * reach, found);
+    CollectMinima(p, p, query, slackShare * reach * reach, found);
   } else if (reach > 0) {
     // Squares would overflow or vanish: look at the curve from the query, in units of its reach.
     found.unit = std::ldexp(1.0, -std::clamp(std::ilogb(reach), -1000, 1000));
     DPoint shape[4];
     for (int k = 0; k < 4; ++k) shape[k] = {p[k].x * found.unit, p[k].y * found.unit};
     const DPoint from{query.x * found.unit, query.y * found.unit};
-    DistanceSlope(shape, from, stack[0].g);
-    CollectMinima(p, query, stack, 4 * slackShare, found);
+    CollectMinima(p, shape, from, 4 * slackShare, found);
   }
 }
 

@@ -106,8 +106,8 @@ bool MakeLinePair(const DPoint bezier[4], const DPoint& l0, const DPoint& l1, bo
   return true;
 }
 
-/// The curve lies on the line: the stretch that both cover.
-void AddStretch(const LinePair& line, bool infinite, Crossings& out) {
+/// The curve lies on the line: the stretch that both cover. False when crossings are still to be found.
+bool AddStretch(const LinePair& line, bool infinite, Crossings& out) {
   Crossing ends[2];
   Sharing sharing;
   if (infinite) {
@@ -118,7 +118,8 @@ void AddStretch(const LinePair& line, bool infinite, Crossings& out) {
   } else {
     sharing = CompareOnLine(line.pair, line.start, (1 / line.length) * line.along, ends);
   }
-  if (sharing == Sharing::apart) return;
+  if (sharing == Sharing::apart) return true;
+  if (sharing == Sharing::no) return false;
   out.count = sharing == Sharing::contact ? 1 : 2;
   out.overlap = sharing == Sharing::stretch;
   for (int k = 0; k < out.count; ++k) {
@@ -128,6 +129,7 @@ void AddStretch(const LinePair& line, bool infinite, Crossings& out) {
     out.at[static_cast<std::size_t>(k)] = {ends[k].ta, infinite ? tb : std::clamp(tb, 0.0, 1.0),
                                            ends[k].point};
   }
+  return true;
 }
 
 bool IsOnLine(const LinePair& line, bool infinite) {
@@ -152,10 +154,7 @@ Crossings IntersectBezierLine(const DPoint bezier[4], const DPoint& l0, const DP
   }
   LinePair line;
   if (!MakeLinePair(bezier, l0, l1, infinite, line)) return out;
-  if (IsOnLine(line, infinite)) {
-    AddStretch(line, infinite, out);
-    return out;
-  }
+  if (IsOnLine(line, infinite) && AddStretch(line, infinite, out)) return out;
   double t[kMostContacts];
   const int count = FindContacts(line.distance, kContactGap, t);
   for (int k = 0; k < count; ++k) {

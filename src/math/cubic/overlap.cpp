@@ -146,6 +146,13 @@ struct Track {
   }
 };
 
+/// Whether the curves touch at the parameters, not only across the width that both have on their line.
+bool AreInContact(const CubicPair& pair, const Crossing& at) {
+  DVector unused;
+  const DVector gap = EvaluateBoth(pair.a, at.ta, unused) - EvaluateBoth(pair.b, at.tb, unused);
+  return std::max(std::abs(gap.x), std::abs(gap.y)) <= kContactGap;
+}
+
 }  // namespace
 
 Sharing CompareOnLine(const CubicPair& pair, const DPoint& start, const DVector& axis,
@@ -158,7 +165,7 @@ Sharing CompareOnLine(const CubicPair& pair, const DPoint& start, const DVector&
     return Crossing{ta, tb, ContactPoint(pair, ta, tb)};
   };
   ends[0] = at(low);
-  if (high - low <= kContactGap) return Sharing::contact;
+  if (high - low <= kContactGap) return AreInContact(pair, ends[0]) ? Sharing::contact : Sharing::no;
   ends[1] = at(high);
   if (ends[1].ta < ends[0].ta) std::swap(ends[0], ends[1]);
   return Sharing::stretch;

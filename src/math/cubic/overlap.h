@@ -19,7 +19,8 @@ enum class Sharing {
 Sharing FindSharedStretch(const CubicPair& pair, const Pieces::Piece& wholeA, const Pieces::Piece& wholeB,
                           Crossing ends[2]) noexcept;
 
-/// The same for two cubics that lie on the line through start along the unit vector axis.
+/// The same for two cubics that lie on the line through start along the unit vector axis. `no` when their
+/// ranges share a single position at which the curves, each within the noise of the line, do not touch.
 Sharing CompareOnLine(const CubicPair& pair, const DPoint& start, const DVector& axis,
                       Crossing ends[2]) noexcept;
 
