@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/room.h"
+
 namespace {
 
 template <class T>
@@ -34,6 +36,7 @@ template <class T>
 void CopyPath(T* toPoints, NODETYPE* toTypes, int destination, const T* fromPoints, const NODETYPE* fromTypes,
               int source, int n) noexcept {
   if (!toPoints || !toTypes || !fromPoints || !fromTypes || destination < 0 || source < 0 || n < 1) return;
+  AssertRoom(toPoints, toTypes, destination, destination + n);
   MoveNodes(toPoints + destination, toTypes + destination, fromPoints + source, fromTypes + source, n);
 }
 
@@ -58,6 +61,7 @@ void Reverse(T* points, NODETYPE* types, int first, int last) noexcept {
 template <class T>
 void PathInsNext(NODETYPE* types, T* points, int index, int n, int count) noexcept {
   if (!types || !points || index < 0 || n < 1 || index >= count) return;
+  Lumo::AssertRoom(points, types, count, count + n);
   MoveNodes(points + index + n, types + index + n, points + index, types + index, count - index);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/room.h"
 #include "edit/interpolate.h"
 #include "edit/segment.h"
 #include "edit/smoothing.h"
@@ -146,6 +147,7 @@ int CRV_AddEnabled(T* points, NODETYPE* types, int count, int enableOld, int ena
   if (!HasNodes(points, types, count)) return count;
   int inserted = 0;
   for (int i = 0; i < count; ++i) inserted += InsertedAt(types, i);
+  AssertRoom(points, types, count, count + inserted);
   if (inserted > 0) MovePath(points, types, inserted, 0, count);
   Expansion<T> path{points, types, inserted, inserted + count};
   while (path.rest < path.end) {

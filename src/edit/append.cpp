@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/room.h"
 #include "edit/segment.h"
 #include "lumo/crv_edit.h"
 #include "lumo/path_array.h"
@@ -15,6 +16,7 @@ template <class T>
 int InsertAfter(T* points, NODETYPE* types, int count, int index, const T& point, NODETYPE type) {
   if (points == nullptr || types == nullptr) return count;
   if (index < 0 || index > count) return -1;
+  AssertRoom(points, types, count, std::max(count, index + 1) + 1);
   PathInsNext(types, points, index + 1, 1, count);
   points[index + 1] = point;
   types[index + 1] = type;
@@ -40,6 +42,7 @@ int CRV_Append(T* points, NODETYPE* types, int count, int index, const T* srcPoi
   if (index < 0 || index > count) return -1;
   if (srcPoints == nullptr || srcTypes == nullptr || n < 1 || first < 0 || first > n) return count;
   const int gap = n - first;
+  AssertRoom(points, types, count, count + gap);
   PathInsNext(types, points, index + 1, gap, count);
   // All n nodes are copied, `first` of them past the gap: hosts use it to replace what followed.
   const int copied = std::min(n, count + gap - (index + 1));

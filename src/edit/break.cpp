@@ -1,5 +1,6 @@
 // Breaking a path at nodes and along segments.
 
+#include "core/room.h"
 #include "edit/segment.h"
 #include "edit/tidy.h"
 #include "lumo/crv_edit.h"
@@ -69,6 +70,7 @@ int InsertStarts(T* points, NODETYPE* types, int count, int keepEnabled) {
   for (int i = 0; i < count; ++i) breaks += IsInnerBreak(types, count, i);
   if (breaks == 0) return count;
   const int end = count + breaks;
+  AssertRoom(points, types, count, end);
   MovePath(points, types, breaks, 0, count);
   int done = 0;
   for (int rest = breaks; rest < end; ++rest) {
@@ -123,8 +125,10 @@ int CRV_BreakAtLocation(T* points, NODETYPE* types, int count, int index, double
   }
   if (t == 0) index = PNControl(types, index, count);
   if (t == 0 || t == 1) return BreakAtNode(points, types, count, index);
-  const int inserted = CRV_Add(points, types, count, index, t, 1);
+  const int inserted = SegmentNodes(types, index);
   if (inserted == 0) return -1;
+  AssertRoom(points, types, count, count + inserted + 1);
+  CRV_Add(points, types, count, index, t, 1);
   count = CRV_AppendMove(points, types, count + inserted, index, T(points[index]));
   types[index].Set(NODETYPE::kEnabled, false);
   types[index + 1].Set(NODETYPE::kEnabled, false);

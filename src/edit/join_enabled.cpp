@@ -1,5 +1,6 @@
 // Joining the enabled ends of open subpaths.
 
+#include "core/room.h"
 #include "edit/join.h"
 #include "edit/segment.h"
 #include "lumo/crv_edit.h"
@@ -89,6 +90,7 @@ template <class T>
 int CloseAll(T* points, NODETYPE* types, int count, bool addLines) {
   int lines = LinesToInsert(points, types, count, addLines);
   if (lines < 0) return count;
+  AssertRoom(points, types, count, count + lines);
   if (lines > 0) MovePath(points, types, lines, 0, count);
   const int end = count + lines;
   bool isFirst = true;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/room.h"
 #include "edit/interpolate.h"
 #include "edit/segment.h"
 #include "lumo/crv_convert.h"
@@ -41,6 +42,7 @@ int CRV_ToCurveEnabled(T* points, NODETYPE* types, int count) noexcept {
   int lines = 0;
   for (int i = 0; i < count; ++i) lines += IsEnabledLine(types, i);
   const int newCount = count + 2 * lines;
+  AssertRoom(points, types, count, newCount);
   // From the back, each stretch between two lines moves once; the start of a line is still in its old place.
   int end = count;  // nodes from here on have been placed
   for (int i = count - 1; lines > 0; --i) {

@@ -1,6 +1,7 @@
 // The list intersector: extents, its two deliberate rules, one instance for all threads.
 #include <gtest/gtest.h>
 
+#include <latch>
 #include <thread>
 #include <vector>
 
@@ -94,11 +95,14 @@ TEST(ListIntersector, CurveAgainstLineEqualsLineAgainstCurve) {
   EXPECT_EQ(ab[0][0].timeB, ba[0][0].timeA);
 }
 
-TEST(ListIntersector, OneInstanceForAllThreads) {
+TEST(ListIntersector, ConcurrentFirstUseMakesOneInstanceForAllThreads) {
   std::vector<const CPolyCurveIntersector*> seen(8);
   std::vector<std::thread> threads;
+  // They ask at once: the first use, which makes the instance, is a race between all of them.
+  std::latch start(static_cast<std::ptrdiff_t>(seen.size()));
   for (std::size_t k = 0; k < seen.size(); ++k) {
     threads.emplace_back([&, k] {
+      start.arrive_and_wait();
       seen[k] = &CPolyCurveIntersector::Instance();
       EXPECT_EQ(seen[k]->Intersect(Chain({{0, 0}, {10, 0}}), Chain({{9, -5}, {9, 5}}))[0].size(), 1u);
     });
