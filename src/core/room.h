@@ -1,7 +1,7 @@
 #pragma once
 // A C array does not know its length, so an edit that needs room takes the caller's word for it. Builds with
-// AddressSanitizer do know where an array ends: there an edit with too little room says so and stops before it
-// writes past the end. Other builds check nothing and pay nothing.
+// AddressSanitizer do know where an array ends: there an edit with too little room says so and stops before
+// it writes past the end. Other builds check nothing and pay nothing.
 
 #include "lumo/node_type.h"
 
@@ -24,8 +24,8 @@ namespace Lumo {
 
 /// Asserts that both arrays reach to slot newCount - 1; slots below count are taken for granted.
 template <class T>
-inline void AssertRoom([[maybe_unused]] T* points, [[maybe_unused]] NODETYPE* types, [[maybe_unused]] int count,
-                       [[maybe_unused]] int newCount) {
+inline void AssertRoom([[maybe_unused]] T* points, [[maybe_unused]] NODETYPE* types,
+                       [[maybe_unused]] int count, [[maybe_unused]] int newCount) {
 #if defined(LUMO_KNOWS_ROOM)
   if (newCount <= count) return;
   const auto slots = static_cast<std::size_t>(newCount - count);

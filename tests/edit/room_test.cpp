@@ -60,12 +60,14 @@ std::vector<Grower<T>> Growers() {
        [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddEnabled(p, t, n); }},
       {"CRV_NodeEditAddHere", kCurve, 3,
        [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddHere(p, t, n, 3, 0.5); }},
-      {"CRV_AppendLine", kLine, 1, [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, 0, point); }},
+      {"CRV_AppendLine", kLine, 1,
+       [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, 0, point); }},
       {"CRV_AppendLine", kLine, 1,
        [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, n - 1, point); }},
       {"CRV_AppendLine", kLine, 2,
        [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, n, point) + 1; }},
-      {"CRV_AppendMove", kLine, 1, [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, 0, point); }},
+      {"CRV_AppendMove", kLine, 1,
+       [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, 0, point); }},
       {"CRV_AppendMove", kLine, 1,
        [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, n - 1, point); }},
       {"CRV_AppendMove", kLine, 2,
@@ -76,7 +78,8 @@ std::vector<Grower<T>> Growers() {
        [=](T* p, NODETYPE* t, int n) { return CRV_Append(p, t, n, n - 1, more, kSourceTypes, 3, 0); }},
       {"CRV_Append", kLine, 1,
        [=](T* p, NODETYPE* t, int n) { return CRV_Append(p, t, n, 0, more, kSourceTypes, 2, 1); }},
-      {"CRV_BreakEnabled", kEnabled, 3, [](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, 1); }},
+      {"CRV_BreakEnabled", kEnabled, 3,
+       [](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, 1); }},
       {"CRV_NodeEditBreakEnabled", kEnabled, 3,
        [](T* p, NODETYPE* t, int n) { return CRV_NodeEditBreakEnabled(p, t, n); }},
       {"CRV_BreakAtLocation", kLine, 1,
@@ -94,7 +97,8 @@ std::vector<Grower<T>> Growers() {
       {"CRV_NodeEditJoinEnabledAddingLineSegments", kManyApart, 2,
        [](T* p, NODETYPE* t, int n) { return CRV_NodeEditJoinEnabledAddingLineSegments(p, t, n); }},
       {"CRV_ToCurveNode", kLineOnly, 2, [](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, 1); }},
-      {"CRV_ToCurveEnabled", kEnabled, 6, [](T* p, NODETYPE* t, int n) { return CRV_ToCurveEnabled(p, t, n); }},
+      {"CRV_ToCurveEnabled", kEnabled, 6,
+       [](T* p, NODETYPE* t, int n) { return CRV_ToCurveEnabled(p, t, n); }},
       {"CRV_NodeEditToCurveEnabled", kEnabled, 6,
        [](T* p, NODETYPE* t, int n) { return CRV_NodeEditToCurveEnabled(p, t, n); }},
       {"PathInsNext", kLine, 2,
@@ -122,57 +126,58 @@ std::vector<Grower<T>> Keepers() {
   static const Lumo::CurveRepairSettings settings{};
 #define LUMO_KEEPER(name, ...) {#name, "", 0, [](T* p, NODETYPE* t, int n) -> int { __VA_ARGS__; }}
   return {
-      LUMO_KEEPER(CRV_Remove, return CRV_Remove(p, t, n, n / 2, 2)),
-      LUMO_KEEPER(CRV_RemoveOpenSubpaths, return CRV_RemoveOpenSubpaths(p, t, n)),
-      LUMO_KEEPER(CRV_ReverseThisSubpath, CRV_ReverseThisSubpath(p, t, n, n / 2); return n),
-      LUMO_KEEPER(CRV_JoinTwoNodesExt, int at = 0; return CRV_JoinTwoNodesExt(p, t, n, 0, n - 1, &at)),
-      LUMO_KEEPER(CRV_JoinTwoNodes, return CRV_JoinTwoNodes(p, t, n, 0, n - 1)),
-      LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpathExt, int a = n - 1; int b = -1; int c = 0;
-                  int d = CRV_LastNodeOfThisSubpath(t, n, 0);
-                  return CRV_JoinTwoNodesWithOpenSubpathExt(p, t, n, &a, &b, &c, &d)),
-      LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpath,
-                  return CRV_JoinTwoNodesWithOpenSubpath(p, t, n, n - 1, -1, 0,
-                                                         CRV_LastNodeOfThisSubpath(t, n, 0))),
-      LUMO_KEEPER(CRV_JoinEnabled, return CRV_JoinEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_NodeEditJoinEnabled, return CRV_NodeEditJoinEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_DeleteEnabled, return CRV_DeleteEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_NodeEditDeleteEnabled, return CRV_NodeEditDeleteEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_DeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
-                  const int result = CRV_DeleteEnabledEx(p, t, n, &runs, &k); std::free(runs); return result),
-      LUMO_KEEPER(CRV_NodeEditDeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
-                  const int result = CRV_NodeEditDeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
-                  return result),
-      LUMO_KEEPER(CRV_NodeEditToLineEnabled, return CRV_NodeEditToLineEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_NodeEditSetContEnabled,
-                  return CRV_NodeEditSetContEnabled(p, t, n, ContinuityType::symmetric)),
-      LUMO_KEEPER(CRV_NodeEditReduceEnabled, return CRV_NodeEditReduceEnabled(p, t, n, 50)),
-      LUMO_KEEPER(CRV_NodeEditReduceEnabledDouble,
-                  test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
-                  return CRV_NodeEditReduceEnabledDouble(p, t, n, 50, second.data())),
-      LUMO_KEEPER(CRV_ToLineNode, return CRV_ToLineNode(p, t, n, n - 1)),
-      LUMO_KEEPER(CRV_ToLineEnabled, return CRV_ToLineEnabled(p, t, n)),
-      LUMO_KEEPER(CRV_SetContEnabled, return CRV_SetContEnabled(p, t, n, ContinuityType::smooth)),
-      LUMO_KEEPER(CRV_ReduceEnabled, return CRV_ReduceEnabled(p, t, n, 50)),
-      LUMO_KEEPER(CRV_ReduceEnabledDouble, test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
-                  return CRV_ReduceEnabledDouble(p, t, n, 50, second.data())),
-      LUMO_KEEPER(CRV_TransferThisThinSubpathToRegular,
-                  return CRV_TransferThisThinSubpathToRegular(p, t, n, n / 2, 500)),
-      LUMO_KEEPER(CRV_TransferAllThinSubpathsToRegular,
-                  return CRV_TransferAllThinSubpathsToRegular(p, t, n, 500)),
-      LUMO_KEEPER(CRV_RepairClosedCurveAfterWeld, return CRV_RepairClosedCurveAfterWeld(p, t, n, 500)),
-      LUMO_KEEPER(CRV_RepairBadClosedSubpaths, CRV_RepairBadClosedSubpaths(p, t, n); return n),
-      LUMO_KEEPER(SmoothNode, SmoothNode(p, t, n, n / 2); return n),
-      LUMO_KEEPER(SmoothEnabledNodes, return SmoothEnabledNodes(p, t, n)),
-      LUMO_KEEPER(SmoothNodes, return SmoothNodes(p, t, n)),
-      LUMO_KEEPER(CRV_TransformEnabled, return CRV_TransformEnabled(p, t, n, &matrix, 1)),
-      LUMO_KEEPER(PathDelNext, PathDelNext(t, p, n / 2, 1, n); return n - 1),
-      LUMO_KEEPER(Reverse, Lumo::Reverse(p, t, n); Lumo::Reverse(p, t, n / 2, n - 1); return n),
-      LUMO_KEEPER(ScrubDanglingMoves, return Lumo::ScrubDanglingMoves(p, t, n, true)),
-      LUMO_KEEPER(RemoveZeroLengthSegments,
-                  return static_cast<int>(Lumo::RemoveZeroLengthSegments(p, t, static_cast<std::size_t>(n)))),
-      LUMO_KEEPER(RemoveShortSegments, return Lumo::RemoveShortSegments(p, t, n, 300, 300)),
-      LUMO_KEEPER(RemoveSmallSubpaths, return Lumo::RemoveSmallSubpaths(p, t, n, 300)),
-      LUMO_KEEPER(RepairContinuity, Lumo::RepairContinuity(p, t, n, settings); return n),
+    LUMO_KEEPER(CRV_Remove, return CRV_Remove(p, t, n, n / 2, 2)),
+        LUMO_KEEPER(CRV_RemoveOpenSubpaths, return CRV_RemoveOpenSubpaths(p, t, n)),
+        LUMO_KEEPER(CRV_ReverseThisSubpath, CRV_ReverseThisSubpath(p, t, n, n / 2); return n),
+        LUMO_KEEPER(CRV_JoinTwoNodesExt, int at = 0; return CRV_JoinTwoNodesExt(p, t, n, 0, n - 1, &at)),
+        LUMO_KEEPER(CRV_JoinTwoNodes, return CRV_JoinTwoNodes(p, t, n, 0, n - 1)),
+        LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpathExt, int a = n - 1; int b = -1; int c = 0;
+                    int d = CRV_LastNodeOfThisSubpath(t, n, 0);
+                    return CRV_JoinTwoNodesWithOpenSubpathExt(p, t, n, &a, &b, &c, &d)),
+        LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpath,
+                    return CRV_JoinTwoNodesWithOpenSubpath(p, t, n, n - 1, -1, 0,
+                                                           CRV_LastNodeOfThisSubpath(t, n, 0))),
+        LUMO_KEEPER(CRV_JoinEnabled, return CRV_JoinEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_NodeEditJoinEnabled, return CRV_NodeEditJoinEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_DeleteEnabled, return CRV_DeleteEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_NodeEditDeleteEnabled, return CRV_NodeEditDeleteEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_DeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
+                    const int result = CRV_DeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
+                    return result),
+        LUMO_KEEPER(CRV_NodeEditDeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
+                    const int result = CRV_NodeEditDeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
+                    return result),
+        LUMO_KEEPER(CRV_NodeEditToLineEnabled, return CRV_NodeEditToLineEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_NodeEditSetContEnabled,
+                    return CRV_NodeEditSetContEnabled(p, t, n, ContinuityType::symmetric)),
+        LUMO_KEEPER(CRV_NodeEditReduceEnabled, return CRV_NodeEditReduceEnabled(p, t, n, 50)),
+        LUMO_KEEPER(CRV_NodeEditReduceEnabledDouble,
+                    test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
+                    return CRV_NodeEditReduceEnabledDouble(p, t, n, 50, second.data())),
+        LUMO_KEEPER(CRV_ToLineNode, return CRV_ToLineNode(p, t, n, n - 1)),
+        LUMO_KEEPER(CRV_ToLineEnabled, return CRV_ToLineEnabled(p, t, n)),
+        LUMO_KEEPER(CRV_SetContEnabled, return CRV_SetContEnabled(p, t, n, ContinuityType::smooth)),
+        LUMO_KEEPER(CRV_ReduceEnabled, return CRV_ReduceEnabled(p, t, n, 50)),
+        LUMO_KEEPER(CRV_ReduceEnabledDouble, test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
+                    return CRV_ReduceEnabledDouble(p, t, n, 50, second.data())),
+        LUMO_KEEPER(CRV_TransferThisThinSubpathToRegular,
+                    return CRV_TransferThisThinSubpathToRegular(p, t, n, n / 2, 500)),
+        LUMO_KEEPER(CRV_TransferAllThinSubpathsToRegular,
+                    return CRV_TransferAllThinSubpathsToRegular(p, t, n, 500)),
+        LUMO_KEEPER(CRV_RepairClosedCurveAfterWeld, return CRV_RepairClosedCurveAfterWeld(p, t, n, 500)),
+        LUMO_KEEPER(CRV_RepairBadClosedSubpaths, CRV_RepairBadClosedSubpaths(p, t, n); return n),
+        LUMO_KEEPER(SmoothNode, SmoothNode(p, t, n, n / 2); return n),
+        LUMO_KEEPER(SmoothEnabledNodes, return SmoothEnabledNodes(p, t, n)),
+        LUMO_KEEPER(SmoothNodes, return SmoothNodes(p, t, n)),
+        LUMO_KEEPER(CRV_TransformEnabled, return CRV_TransformEnabled(p, t, n, &matrix, 1)),
+        LUMO_KEEPER(PathDelNext, PathDelNext(t, p, n / 2, 1, n); return n - 1),
+        LUMO_KEEPER(Reverse, Lumo::Reverse(p, t, n); Lumo::Reverse(p, t, n / 2, n - 1); return n),
+        LUMO_KEEPER(ScrubDanglingMoves, return Lumo::ScrubDanglingMoves(p, t, n, true)),
+        LUMO_KEEPER(RemoveZeroLengthSegments, return static_cast<int>(Lumo::RemoveZeroLengthSegments(
+                                                  p, t, static_cast<std::size_t>(n)))),
+        LUMO_KEEPER(RemoveShortSegments, return Lumo::RemoveShortSegments(p, t, n, 300, 300)),
+        LUMO_KEEPER(RemoveSmallSubpaths, return Lumo::RemoveSmallSubpaths(p, t, n, 300)),
+        LUMO_KEEPER(RepairContinuity, Lumo::RepairContinuity(p, t, n, settings); return n),
   };
 #undef LUMO_KEEPER
 }
@@ -189,7 +194,8 @@ std::set<std::string> WritersOf(const std::string& header) {
     const std::string parameters = (*it)[2];
     static const std::regex writable(R"((^|[^\w] ?)(T\* (toPoints|points)|NODETYPE\* (toTypes|types)))");
     std::string bare = std::regex_replace(parameters, std::regex(R"(const (T|NODETYPE)\*)"), "read");
-    if (parameters.find("oints") != std::string::npos && std::regex_search(bare, writable)) names.insert((*it)[1]);
+    if (parameters.find("oints") != std::string::npos && std::regex_search(bare, writable))
+      names.insert((*it)[1]);
   }
   return names;
 }
@@ -227,7 +233,8 @@ TYPED_TEST(Room, WhatNeedsNoneStaysInTheArrays) {
   for (const auto& keeper : Keepers<T>()) {
     SCOPED_TRACE(keeper.name);
     for (int k = 0; k < 150; ++k) {
-      const auto path = k % 3 == 0 ? test::RandomMalformedPath<T>(bits, 1 + k / 5) : test::RandomPath<T>(bits);
+      const auto path =
+          k % 3 == 0 ? test::RandomMalformedPath<T>(bits, 1 + k / 5) : test::RandomPath<T>(bits);
       if (path.empty()) continue;
       GuardedPath<T> g(path);
       const int result = keeper.call(g.points.data(), g.types.data(), g.count);
