@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "drawing_io.h"
+#include "length.h"
 #include "svg_write.h"
 
 namespace tool {
@@ -71,8 +72,8 @@ void AddClosest(CLI::App& program, int& exit) {
   auto* command = program.add_subcommand("closest", "The point of the drawing nearest to X Y");
   const auto options = std::make_shared<Options>();
   AddDrawing(*command, *options, Product::figures, "The drawing with the way from X Y to its nearest point");
-  command->add_option("X", options->x, "Horizontal position")->required();
-  command->add_option("Y", options->y, "Vertical position")->required();
+  AddNumber(*command, "X", options->x, "Horizontal position")->required();
+  AddNumber(*command, "Y", options->y, "Vertical position, downwards")->required();
   command->footer(
       "Exit code 1 when the drawing has no segment.\nExample: lumo closest drawing.svg 12.5 40 --json");
   OnRun(*command, options, exit, Run);

@@ -1,10 +1,10 @@
 // lumo fit: a stroke of many points becomes a smooth path.
 
 #include <algorithm>
-#include <fstream>
-#include <iostream>
+#include <sstream>
 
 #include "drawing_io.h"
+#include "files.h"
 #include "input_error.h"
 #include "length.h"
 #include "scanner.h"
@@ -20,7 +20,9 @@ struct Options : CommonOptions {
 
 /// One point per line: two numbers with a comma, a semicolon or space between them. Empty lines, and one line
 /// of words at the top, are passed over; what follows the second number is not looked at.
-std::vector<DPoint> ReadPoints(std::istream& in, const std::string& name) {
+std::vector<DPoint> ReadPoints(const std::string& file) {
+  std::istringstream in(ReadText(file));
+  const std::string name = file == "-" ? "standard input" : file;
   std::vector<DPoint> points;
   std::string line;
   for (std::size_t number = 1; std::getline(in, line); ++number) {
@@ -37,13 +39,6 @@ std::vector<DPoint> ReadPoints(std::istream& in, const std::string& name) {
     }
   }
   return points;
-}
-
-std::vector<DPoint> ReadPoints(const std::string& file) {
-  if (file == "-") return ReadPoints(std::cin, "standard input");
-  std::ifstream in(file);
-  if (!in) throw InputError(file + ": cannot be opened");
-  return ReadPoints(in, file);
 }
 
 int Run(const Options& options) {

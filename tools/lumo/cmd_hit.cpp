@@ -116,8 +116,8 @@ void AddHit(CLI::App& program, int& exit) {
       program.add_subcommand("hit", "What lies at X Y: the topmost element, its node or segment there");
   const auto options = std::make_shared<Options>();
   AddDrawing(*command, *options, Product::figures, "The drawing with what was hit in red");
-  command->add_option("X", options->x, "Horizontal position")->required();
-  command->add_option("Y", options->y, "Vertical position")->required();
+  AddNumber(*command, "X", options->x, "Horizontal position")->required();
+  AddNumber(*command, "Y", options->y, "Vertical position, downwards")->required();
   AddLength(*command, "--radius", options->radius, "How far away still counts", Sign::notNegative)
       ->required();
   command->footer("Exit code 1 when nothing is hit.\nExample: lumo hit drawing.svg 12.5 40 --radius 2");

@@ -3,11 +3,11 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 #include "drawing_io.h"
 #include "figures.h"
+#include "files.h"
 #include "input_error.h"
 #include "reduction.h"
 #include "shell_command.h"
@@ -60,10 +60,7 @@ class Workplace {
 
   Ending Try(const Options& options, const std::string& svg) const {
     const std::string file = (folder_ / "drawing.svg").string();
-    std::ofstream out(file, std::ios::binary);
-    out << svg;
-    out.close();
-    if (!out) throw InputError(file + ": cannot be written");
+    WriteText(file, svg);
     std::string command = options.command;
     const std::string word = ShellWord(file);
     for (auto place = command.find("{}"); place != std::string::npos;

@@ -5,6 +5,7 @@
 
 #include "drawing_io.h"
 #include "input_error.h"
+#include "length.h"
 #include "lumo/shapes.h"
 
 namespace tool {
@@ -71,9 +72,10 @@ CLI::App* AddShapeCommand(CLI::App& shape, const char* name, const char* what, O
   return command;
 }
 
-void Position(CLI::App& command, Options& options, const char* x, const char* y) {
-  command.add_option(x, options.x)->required();
-  command.add_option(y, options.y)->required();
+void Position(CLI::App& command, Options& options, const std::string& x, const std::string& y,
+              const std::string& of) {
+  AddNumber(command, x, options.x, "Horizontal position of " + of)->required();
+  AddNumber(command, y, options.y, "Vertical position of " + of + ", downwards")->required();
 }
 
 }  // namespace
@@ -86,8 +88,8 @@ void AddShape(CLI::App& program, int& exit) {
   Options& o = *options;
 
   auto* circle = AddShapeCommand(*shape, "circle", "A circle about CX CY", o);
-  Position(*circle, o, "CX", "CY");
-  circle->add_option("R", o.rx)->required()->check(CLI::PositiveNumber);
+  Position(*circle, o, "CX", "CY", "the centre");
+  AddNumber(*circle, "R", o.rx, "Radius", Sign::positive)->required();
   circle->footer("Example: lumo shape circle 50 50 20 -o circle.svg");
   OnRun(*circle, options, exit, RunCircle);
 
@@ -105,19 +107,19 @@ void AddShape(CLI::App& program, int& exit) {
       "pie.svg");
   OnRun(*pie, options, exit, RunPie);
   for (auto* command : {ellipse, arc, pie}) {
-    Position(*command, o, "CX", "CY");
-    command->add_option("RX", o.rx)->required()->check(CLI::PositiveNumber);
-    command->add_option("RY", o.ry)->required()->check(CLI::PositiveNumber);
+    Position(*command, o, "CX", "CY", "the centre");
+    AddNumber(*command, "RX", o.rx, "Horizontal radius", Sign::positive)->required();
+    AddNumber(*command, "RY", o.ry, "Vertical radius", Sign::positive)->required();
     if (command == ellipse) continue;
-    command->add_option("FROM", o.from)->required();
-    command->add_option("TO", o.to)->required();
+    AddNumber(*command, "FROM", o.from, "Angle at which it begins")->required();
+    AddNumber(*command, "TO", o.to, "Angle at which it ends")->required();
   }
 
   auto* rectangle = AddShapeCommand(*shape, "rect", "A rectangle with its upper left corner at X Y", o);
-  Position(*rectangle, o, "X", "Y");
-  rectangle->add_option("WIDTH", o.rx)->required()->check(CLI::PositiveNumber);
-  rectangle->add_option("HEIGHT", o.ry)->required()->check(CLI::PositiveNumber);
-  rectangle->add_option("--radius", o.radius, "Size of the corners")->check(CLI::NonNegativeNumber);
+  Position(*rectangle, o, "X", "Y", "the upper left corner");
+  AddNumber(*rectangle, "WIDTH", o.rx, "Horizontal size", Sign::positive)->required();
+  AddNumber(*rectangle, "HEIGHT", o.ry, "Vertical size", Sign::positive)->required();
+  AddNumber(*rectangle, "--radius", o.radius, "Size of the corners", Sign::notNegative);
   const std::map<std::string, Lumo::RectangleCorner> corners = {{"round", Lumo::RectangleCorner::round},
                                                                 {"scallop", Lumo::RectangleCorner::scallop},
                                                                 {"chamfer", Lumo::RectangleCorner::chamfer}};

@@ -14,8 +14,15 @@ namespace {
 /// Units that a command line may use: those that need no style sheet and no window.
 constexpr std::string_view kAllowed[] = {"", "%", "px", "pt", "pc", "mm", "cm", "in", "q"};
 
-/// What is wrong with a length; nothing when it is right.
-std::string Fault(const std::string& text, Sign sign) {
+/// What is wrong with a value; nothing when it is right.
+std::string Fault(const std::string& text, double value, Sign sign, const std::string& kind) {
+  if (!std::isfinite(value)) return text + " is not finite";
+  if (sign == Sign::positive && !(value > 0)) return text + " is not a positive " + kind;
+  if (sign == Sign::notNegative && value < 0) return text + " is a negative " + kind;
+  return {};
+}
+
+std::string LengthFault(const std::string& text, Sign sign) {
   const std::string wanted = "a length such as 2, 0.5mm or 1%";
   if (std::ranges::find(kAllowed, UnitOf(text)) == std::end(kAllowed))
     return text + " is not " + wanted + " (units: px, pt, pc, mm, cm, in, q, %)";
@@ -25,10 +32,13 @@ std::string Fault(const std::string& text, Sign sign) {
   } catch (const InputError&) {
     return text + " is not " + wanted;
   }
-  if (!std::isfinite(value)) return text + " is not finite";
-  if (sign == Sign::positive && !(value > 0)) return text + " is not a positive length";
-  if (sign == Sign::notNegative && value < 0) return text + " is a negative length";
-  return {};
+  return Fault(text, value, sign, "length");
+}
+
+std::string NumberFault(const std::string& text, Sign sign) {
+  double value = 0;
+  if (!CLI::detail::lexical_cast(text, value)) return text + " is not a number";
+  return Fault(text, value, sign, "number");
 }
 
 }  // namespace
@@ -47,7 +57,14 @@ bool lexical_cast(const std::string& text, Length& length) {
 CLI::Option* AddLength(CLI::App& command, const std::string& name, Length& length, const std::string& what,
                        Sign sign) {
   return command.add_option(name, length, what)->type_name("LENGTH")->check([sign](const std::string& text) {
-    return Fault(text, sign);
+    return LengthFault(text, sign);
+  });
+}
+
+CLI::Option* AddNumber(CLI::App& command, const std::string& name, double& number, const std::string& what,
+                       Sign sign) {
+  return command.add_option(name, number, what)->type_name("NUMBER")->check([sign](const std::string& text) {
+    return NumberFault(text, sign);
   });
 }
 

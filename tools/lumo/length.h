@@ -1,5 +1,5 @@
 #pragma once
-// Lengths on the command line.
+// Lengths, and other numbers, on the command line.
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -23,5 +23,8 @@ bool lexical_cast(const std::string& text, Length& length);
 enum class Sign { any, positive, notNegative };
 CLI::Option* AddLength(CLI::App& command, const std::string& name, Length& length, const std::string& what,
                        Sign sign);
+/// A number that is no length: a position, an angle, a size in user units. Infinity and NaN are refused.
+CLI::Option* AddNumber(CLI::App& command, const std::string& name, double& number, const std::string& what,
+                       Sign sign = Sign::any);
 
 }  // namespace tool

@@ -4,6 +4,7 @@
 
 #include "cli_model.h"
 #include "figures.h"
+#include "length.h"
 #include "lumo/offset_corners.h"
 #include "svg_write.h"
 
@@ -38,7 +39,7 @@ void AddOffsetOptions(CLI::App& command, OffsetOptions& options) {
   AddDrawing(command, options, Product::drawing, "The drawing of the results");
   AddChoice(command, "--join", options.join, {"round", "miter", "bevel", "square", "none"}, "Corners")
       ->capture_default_str();
-  command.add_option("--miter-limit", options.miterLimit, "Corners sharper than this many degrees are cut")
+  AddNumber(command, "--miter-limit", options.miterLimit, "Corners sharper than this many degrees are cut")
       ->check(CLI::Range(0.0, 180.0).description(""))
       ->type_name("DEG")
       ->capture_default_str();

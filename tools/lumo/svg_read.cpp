@@ -3,16 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <optional>
 #include <pugixml.hpp>
-#include <sstream>
 #include <unordered_map>
 
 #include "attributes.h"
+#include "files.h"
 #include "input_error.h"
 #include "path_builder.h"
 #include "path_data.h"
@@ -334,20 +330,9 @@ double UnitsPerUser(double side) {
   return std::ldexp(1.0, 21 - exponent);
 }
 
-Document ReadSvgText(std::string_view text, const std::string& name) { return Reader(text, name).Read(); }
-
-std::string ReadText(const std::string& file) {
-  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::error_code error;
-  if (std::filesystem::is_directory(file, error)) throw InputError(file + ": is a folder");
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw InputError(file + ": cannot be opened");
-  std::ostringstream contents;
-  contents << in.rdbuf();
-  if (in.bad()) throw InputError(file + ": cannot be read");
-  std::string text = std::move(contents).str();
-  if (text.starts_with("\x1f\x8b")) throw InputError(file + ": is compressed; unpack it with gunzip first");
-  return text;
+Document ReadSvgText(std::string_view text, const std::string& name) {
+  if (text.starts_with("\x1f\x8b")) throw InputError(name + ": is compressed; unpack it with gunzip first");
+  return Reader(text, name).Read();
 }
 
 Document ReadSvg(const std::string& file) {

@@ -17,9 +17,6 @@ namespace tool {
 /// cause.
 Document ReadSvg(const std::string& file);
 
-/// Only the text.
-std::string ReadText(const std::string& file);
-
 /// From memory; `name` stands for the file in messages.
 Document ReadSvgText(std::string_view text, const std::string& name);
 

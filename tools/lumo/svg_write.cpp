@@ -4,10 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <fstream>
-#include <iostream>
 
-#include "input_error.h"
+#include "files.h"
 #include "path_builder.h"
 
 namespace tool {
@@ -188,18 +186,7 @@ std::string SvgWriter::Text() const {
   return text + body_ + "</svg>\n";
 }
 
-void SvgWriter::Save(const std::string& file) const {
-  const std::string text = Text();
-  if (file == "-") {
-    std::cout << text << std::flush;
-    if (!std::cout) throw InputError("standard output: cannot be written");
-    return;
-  }
-  std::ofstream out(file, std::ios::binary);
-  out << text;
-  out.close();
-  if (!out) throw InputError(file + ": cannot be written");
-}
+void SvgWriter::Save(const std::string& file) const { WriteText(file, Text()); }
 
 void SaveDocument(const Document& document, const std::string& file, bool showAll) {
   SvgWriter writer(document);
