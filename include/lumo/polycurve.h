@@ -209,7 +209,7 @@ class LUMO_TEMPLATE_API PolycurveT {
 
   /// The number of move nodes. One scan.
   std::size_t GetSubpathCount() const noexcept;
-  /// The nodes of subpath k, 0 for the first; none, or false, when there is no such subpath.
+  /// The nodes of subpath k (0 is the first), found by a walk up to it; none, or false, when there is none.
   std::optional<SubcurveRange> GetSubpathRange(std::size_t k) const noexcept;
   bool GetSubpathRange(std::size_t k, std::size_t& first, std::size_t& end) const noexcept;
   /// Empty when there is no subpath k.

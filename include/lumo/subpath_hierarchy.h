@@ -105,8 +105,8 @@ class LUMO_API SubpathTreeNode {
 class LUMO_API SubpathHierarchy : public SubpathTreeNode {
  public:
   SubpathHierarchy() noexcept = default;
-  /// Build the tree of one or more paths (open subpaths grouped, unless said otherwise), or from nodes. The
-  /// arrays stay the caller's.
+  /// Build the tree of one or more paths (open subpaths one by one, unless said otherwise), or from nodes.
+  /// The arrays stay the caller's.
   explicit SubpathHierarchy(const std::vector<ConstDrawCurveT<TavMath::DPoint>>& curves);
   explicit SubpathHierarchy(const std::vector<ConstDrawCurveT<tagPOINT>>& curves);
   SubpathHierarchy(const TavMath::DPoint* points, const NODETYPE* nodes, int count, bool groupOpenSubpaths);

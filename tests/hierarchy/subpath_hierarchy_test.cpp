@@ -234,4 +234,45 @@ TEST(SubpathHierarchy, SurvivesNothingAndNonsense) {
   EXPECT_EQ(SubpathHierarchy(some, headless, 4, false).GetNumberOfChildren(), 1u);
 }
 
+TYPED_TEST(Hierarchy, IsTheSameByEveryConstructorAndGivesTheSameNodesBack) {
+  using T = TypeParam;
+  PolycurveT<T> path;
+  AddSquare(path, 0, 0, 100);
+  AddDisc(path, 50, 50, 30);
+  AddSquare(path, 45, 45, 10, true);
+  path.MoveTo(At<T>(200, 10));
+  path.LineTo(At<T>(205, 10));
+  AddSquare(path, 300, 0, 20);
+  path.MoveTo(At<T>(210, 10));
+  path.LineTo(At<T>(215, 10));
+  const SubpathHierarchy tree = Tree(path);
+  const std::string shape = "0(5(18)),25,23,30";
+  EXPECT_EQ(Shape(tree, path), shape);
+  const std::vector<ConstDrawCurveT<T>> views{{path.GetPoints(), path.GetNodeTypes(), path.GetPointCount()},
+                                              {nullptr, nullptr, 3}};
+  EXPECT_EQ(Shape(SubpathHierarchy(views), path), shape);
+  EXPECT_EQ(Shape(SubpathHierarchy(std::vector<PolycurveT<T>>{path, PolycurveT<T>()}), path), shape);
+  std::vector<SubpathTreeNode> nodes;
+  for (const bool closed : {true, false}) {
+    for (const auto& view : path.GetSubpathCurves()) {
+      if (view.types[0].IsClosed() == closed)
+        nodes.emplace_back(view.points, view.types, static_cast<int>(view.count), 0);
+    }
+  }
+  EXPECT_EQ(Shape(SubpathHierarchy(nodes), path), shape);
+
+  PolycurveT<tagPOINT> ints;
+  PolycurveT<DPoint> doubles;
+  std::vector<DPoint> points;
+  std::vector<NODETYPE> types;
+  tree.AppendToPolycurve(ints);
+  tree.AppendToPolycurve(doubles);
+  tree.AppendNodes(points, types);
+  EXPECT_EQ(tree.GetTotalNumberOfPoints(), static_cast<int>(path.GetPointCount()));
+  EXPECT_EQ(doubles.GetPointCount(), path.GetPointCount());
+  EXPECT_EQ(PolycurveT<DPoint>(points.data(), types.data(), points.size()), doubles);
+  EXPECT_EQ(PolycurveT<tagPOINT>(doubles), ints) << "points are rounded one by one";
+  EXPECT_NEAR(tree.GetAreaWithChildren(), path.GetArea(), 1e-9);
+}
+
 }  // namespace

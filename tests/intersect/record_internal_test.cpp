@@ -60,4 +60,35 @@ TEST(IntersectionRecorder, RemovalUnlinksWhatIsLeft) {
   EXPECT_EQ(two.table.Segments()[0][1], third) << "the others keep their order";
 }
 
+TEST(SegmentLists, MoveTheirRecordsAndSurviveBeingMovedToThemselves) {
+  TwoSegments two;
+  const Intersection* record = two.Add(0.25, 0.75);
+  auto& segments = two.table.Segments();
+  SegmentIntersections& own = segments[0];
+  segments[0] = std::move(own);
+  ASSERT_EQ(segments[0].size(), 1u) << "moved to itself";
+  EXPECT_EQ(segments[0][0], record);
+  SegmentIntersections other(std::move(segments[0]));
+  EXPECT_TRUE(segments[0].empty());
+  EXPECT_EQ(other[0], record);
+  two.Add(0.5, 0.5);
+  segments[0] = std::move(other);
+  ASSERT_EQ(segments[0].size(), 1u) << "the records that were there are gone";
+  EXPECT_EQ(segments[0][0], record);
+}
+
+TEST(IntersectionRecorder, KeepsToTheTableWhenAHostHasChangedIds) {
+  for (const int id : {-1, 2, 1000000}) {
+    TwoSegments two;
+    two.table.Segments()[0].SetCurveID(id);
+    EXPECT_EQ(two.table.SegmentPoints(two.table.Segments()[0]), nullptr);
+    Intersection* record = two.Add(0.25, 0.75);
+    ASSERT_NE(record, nullptr);
+    EXPECT_TRUE(two.table.Curves()[0].crossedCurves.empty());
+    EXPECT_EQ(two.table.Curves()[1].crossedCurves, (std::vector<int>{id}));
+    IntersectionRecorder::RemovePair(record, two.table);
+    EXPECT_TRUE(two.table.Segments()[0].empty() && two.table.Segments()[1].empty());
+  }
+}
+
 }  // namespace

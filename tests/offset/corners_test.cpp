@@ -1,7 +1,10 @@
 // Settings, joins and caps as a host calls them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "lumo/offset_corners.h"
@@ -243,6 +246,126 @@ TEST(Pref, PureOffsetPreferenceIsFoundByItsKey) {
   EXPECT_TRUE(TavPref::AllowPureOffsetCurve().GetValue());
   found->SetValue(false);
   EXPECT_EQ(TavPref::CAppPrefManager::GetInstance().FindBool("Lumo/Other"), nullptr);
+}
+
+TEST(Pref, WhatFindsNoPlaceIsNotFoundAndPlacesComeBack) {
+  auto& manager = TavPref::CAppPrefManager::GetInstance();
+  using Object = TavPref::CSecretAppPrefObject<bool>;
+  const auto fill = [&] {
+    std::vector<std::string> keys;
+    for (int k = 0; k < 40; ++k) keys.push_back("Test/" + std::to_string(k));
+    std::vector<std::unique_ptr<Object>> objects;
+    std::size_t found = 0;
+    for (const std::string& key : keys) {
+      objects.push_back(std::make_unique<Object>(key, true));
+      found += manager.FindBool(key) == objects.back().get();
+    }
+    EXPECT_TRUE(objects.back()->GetValue()) << "one without a place works for who has it";
+    return found;
+  };
+  const std::size_t places = fill();
+  EXPECT_GT(places, 0u);
+  EXPECT_LT(places, 40u);
+  EXPECT_EQ(fill(), places) << "objects that are gone give their places back";
+  EXPECT_EQ(manager.FindBool("Test/0"), nullptr);
+  EXPECT_EQ(manager.FindBool("Lumo/AllowShiftToAccessPureOffsetCurve"), &TavPref::AllowPureOffsetCurve());
+}
+
+/// A polygon's winding around q.
+int Winding(const std::vector<DPoint>& polygon, const DPoint& q) {
+  int winding = 0;
+  for (std::size_t k = 0; k < polygon.size(); ++k) {
+    const DPoint &a = polygon[k], &b = polygon[(k + 1) % polygon.size()];
+    if ((a.y <= q.y) == (b.y <= q.y)) continue;
+    const bool left = Cross(b - a, q - a) > 0;
+    if (b.y > a.y && left) ++winding;
+    if (b.y <= a.y && !left) --winding;
+  }
+  return winding;
+}
+
+/// What a join says is its region, against the polygon that its nodes enclose with the corner.
+TEST(Corners, TheRegionIsTheGroundThatTheJoinAdds) {
+  const Round round;
+  const Bevel bevel;
+  const Ray ray;
+  const OffsetBevel offsetBevel;
+  const MiteredCorner blunt(20, new Bevel), sharp(150, new OffsetBevel);
+  const OffsetCorner* joins[] = {&round, &bevel, &ray, &offsetBevel, &blunt, &sharp};
+  int inside = 0, outside = 0;
+  for (const OffsetCorner* join : joins) {
+    for (const double degrees : {5.0, 30.0, 60.0, 89.0, 90.0, 91.0, 120.0, 150.0, 170.0}) {
+      const TwoLines path = RightTurn(degrees);
+      const double offset = 1000;
+      const Joined joined(*join, path, offset, 0.001);
+      // The corner, then from A, where the first offset line ends, to the end of the join.
+      std::vector<DPoint> polygon{path.points[1]};
+      for (std::size_t k = 1; k < joined.points.size(); ++k) {
+        if (!joined.nodes[k].IsCurve()) {
+          if (joined.nodes[k].IsControl()) continue;
+          polygon.push_back(joined.points[k]);
+          continue;
+        }
+        for (int step = 1; step <= 64; ++step)
+          polygon.push_back(CubicBezier::Evaluate(&joined.points[k - 3], step / 64.0));
+      }
+      for (int k = 0; k < 400; ++k) {
+        const double angle = 0.61803398875 * k * 2 * kPi, r = 3.0 * offset * (k + 1) / 400;
+        const DPoint q = path.points[1] + DVector{r * std::cos(angle), r * std::sin(angle)};
+        double clearance = 1e9;
+        for (std::size_t j = 0; j < polygon.size(); ++j) {
+          const DPoint &a = polygon[j], &b = polygon[(j + 1) % polygon.size()];
+          const double t = std::clamp(Dot(q - a, b - a) / std::max(LengthSqrd(b - a), 1e-30), 0.0, 1.0);
+          clearance = std::min(clearance, Distance(q, a + t * (b - a)));
+        }
+        if (clearance < 5) continue;  // the arc is a polygon here, and strictness has a test of its own
+        const bool expected = Winding(polygon, q) != 0;
+        EXPECT_EQ(Within(*join, path, offset, q), expected) << degrees << " degrees, " << q.x << "," << q.y;
+        ++(expected ? inside : outside);
+      }
+    }
+  }
+  EXPECT_GT(inside, 100);
+  EXPECT_GT(outside, 10000);
+}
+
+TEST(Corners, DegenerateCornersStayFiniteAndKeepTheirEnd) {
+  const Round round;
+  const Bevel bevel;
+  const Ray ray;
+  const OffsetBevel offsetBevel;
+  const MiteredCorner mitered(30, new Bevel);
+  const OffsetCorner* joins[] = {&round, &bevel, &ray, &offsetBevel, &mitered};
+  const TwoLines paths[] = {
+      {{0, 0}, {10000, 0}, {20000, 0}},   // runs on
+      {{0, 0}, {10000, 0}, {0, 0}},       // turns back
+      {{0, 0}, {0, 0}, {10000, 0}},       // nothing before
+      {{0, 0}, {10000, 0}, {10000, 0}},   // nothing behind
+      {{0, 0}, {0, 0}, {0, 0}},           // nothing at all
+      {{0, 0}, {1e-200, 0}, {0, 1e-200}}  // as good as nothing
+  };
+  for (const OffsetCorner* join : joins) {
+    for (const TwoLines& path : paths) {
+      for (const double tolerance : {0.0, 100.0}) {
+        std::vector<DPoint> points{{0, 0}, {10000, 1000}};
+        std::vector<NODETYPE> nodes{NODETYPE(0x04), NODETYPE(0x44)};
+        join->CreateCorner(points, nodes, 0, 1, path.points.data(), path.nodes.data(), 1000, tolerance);
+        ASSERT_EQ(points.size(), nodes.size());
+        ASSERT_GE(points.size(), 2u) << "a join never takes nodes away";
+        for (const DPoint& p : points) {
+          ASSERT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));
+          EXPECT_LT(std::abs(p.x) + std::abs(p.y), 40000) << "a spike";
+        }
+        EXPECT_FALSE(Within(*join, path, 1000, {5000, -5000}));
+      }
+    }
+    // Without arrays nothing is written.
+    std::vector<DPoint> points{{1, 2}};
+    std::vector<NODETYPE> nodes{NODETYPE(0x04)};
+    join->CreateCorner(points, nodes, 0, 1, nullptr, nullptr, 1000, 100);
+    EXPECT_EQ(points, (std::vector<DPoint>{{1, 2}}));
+    EXPECT_FALSE(join->IsPointWithinCorner({0, 0}, 0, 1, nullptr, nullptr, 1000));
+  }
 }
 
 }  // namespace

@@ -162,4 +162,23 @@ TYPED_TEST(Polycurve, LengthensALineInsteadOfAddingACollinearOne) {
   EXPECT_EQ(path.GetPointCount(), 4u);
 }
 
+TYPED_TEST(Polycurve, TakesArraysThatAgreeOnlyAsFarAsBothGo) {
+  using T = TypeParam;
+  const std::vector<T> points{{0, 0}, {1, 2}, {3, 4}};
+  const std::vector<NODETYPE> types{0x04, 0x44};
+  PolycurveT<T> path;
+  EXPECT_TRUE(path.SetPoints(points, types));
+  EXPECT_EQ(Bytes(path), (std::vector<int>{0x04, 0x44}));
+  EXPECT_TRUE(path.PushBack(points, types));
+  EXPECT_EQ(Bytes(path), (std::vector<int>{0x04, 0x44, 0x04, 0x44}));
+  EXPECT_EQ(path.GetPoint(3), (T{1, 2}));
+  const PolycurveT<T> copy = path;
+  EXPECT_TRUE(path.SetPoints(path)) << "its own nodes";
+  EXPECT_TRUE(path.SetPoints(copy)) << "nodes that it shares";
+  EXPECT_EQ(path, copy);
+  path += std::vector<PolycurveT<T>>{copy, PolycurveT<T>(), copy};
+  EXPECT_EQ(path.GetPointCount(), 12u);
+  EXPECT_EQ(copy.GetPointCount(), 4u);
+}
+
 }  // namespace

@@ -7,6 +7,8 @@
 
 #include <new>
 
+#include "support/guarded_array.h"  // knows the address sanitizer
+
 void* operator new(std::size_t size) {
   if (void* memory = test::FailingNew::Allocate(size)) return memory;
   throw std::bad_alloc();
@@ -22,5 +24,16 @@ void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+
+#if defined(__GLIBC__) && !defined(LUMO_TEST_ASAN) && !defined(__SANITIZE_THREAD__)
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* malloc(std::size_t size) { return test::FailingMalloc::Fails() ? nullptr : __libc_malloc(size); }
+void* calloc(std::size_t count, std::size_t size) {
+  return test::FailingMalloc::Fails() ? nullptr : __libc_calloc(count, size);
+}
+}
+#endif
 
 #endif

@@ -1,6 +1,6 @@
 #pragma once
 // Lets the n-th allocation of the test program fail, and with it that of the shared library (on systems where
-// a program's operator new wins over the library's). The operators themselves stand in
+// a program's operator new and malloc win over the library's). The operators themselves stand in
 // tests/safety/failing_new_test.cpp.
 
 #include <atomic>
@@ -8,6 +8,30 @@
 #include <cstdlib>
 
 namespace test {
+
+/// The same for the memory that the library takes from malloc and calloc, because the host frees it. Works
+/// only in a program without a sanitizer or valgrind, which bring an allocator of their own: Failures stays 0
+/// there.
+class FailingMalloc {
+ public:
+  static void FailFrom(long nth) {
+    failures_ = 0;
+    left_ = nth;
+  }
+  static void Never() { left_ = -1; }
+  static long Failures() { return failures_; }
+  /// Whether the allocation that is asked for now is to fail.
+  static bool Fails() {
+    if (left_ < 0 || left_-- > 0) return false;
+    left_ = 0;
+    ++failures_;
+    return true;
+  }
+
+ private:
+  static inline std::atomic<long> left_{-1};
+  static inline std::atomic<long> failures_{0};
+};
 
 /// Counts allocations while armed and fails the chosen one and all that follow it.
 class FailingNew {

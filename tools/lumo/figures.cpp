@@ -8,7 +8,8 @@ Figures Measure(const Document& document, const Path& path) {
   Figures figures;
   figures.nodes = path.GetPointCount();
   figures.subpaths = path.GetSubpathCount();
-  for (std::size_t k = 0; k < figures.subpaths; ++k) ++(path.IsClosed(k) ? figures.closed : figures.open);
+  for (const auto& subpath : path.GetSubpathIndices())
+    ++(path.GetNodeType(subpath.first).IsClosed() ? figures.closed : figures.open);
   for (std::size_t i = 0; i < figures.nodes; ++i) {
     figures.lines += path.GetNodeType(i).IsLine();
     figures.curves += path.GetNodeType(i).IsCurve();

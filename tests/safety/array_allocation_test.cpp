@@ -1,0 +1,227 @@
+// Memory runs out in the functions over the host's own arrays and records: they give the stated result and
+// leave everything as it was.
+
+#if !defined(_WIN32)  // a program there cannot replace the library's allocators
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "lumo/lumo.h"
+#include "support/failing_new.h"
+#include "support/generators.h"
+
+namespace {
+
+using TavMath::DPoint;
+using test::FailingMalloc;
+using test::FailingNew;
+using test::Path;
+
+template <class T>
+class ArrayAllocation : public testing::Test {};
+using PointTypes = testing::Types<tagPOINT, DPoint>;
+TYPED_TEST_SUITE(ArrayAllocation, PointTypes);
+
+template <class T>
+Path<T> Drawing() {
+  return test::ParsePath<T>(
+      "M0,0 L9000,0 e L9000,1 e L9000,1 C12000,3000 12000,6000 9000,9000 e L0,9000 Z "
+      "M2000,2000 L2000,7000 e L7000,7000 L7000,2000 Z M100,100 e L900,100 e L100,100 Z "
+      "M20000,0 e C25000,9000 30000,-9000 35000,0 e L40000,5000 e L41000,5001");
+}
+
+/// An edit in the path's arrays; the result is what the interface says when memory runs out.
+template <class T>
+struct Edit {
+  const char* name;
+  int failure;
+  std::function<int(Path<T>&)> run;
+};
+
+template <class T>
+std::vector<Edit<T>> Edits() {
+  const int count = Drawing<T>().count();
+  const auto settings = [] { return Lumo::CurveRepairSettings{}; };
+  return {
+      {"CRV_ReduceEnabled", count,
+       [](Path<T>& p) { return CRV_ReduceEnabled(p.points.data(), p.types.data(), p.count(), 500); }},
+      {"CRV_NodeEditReduceEnabledDouble", count,
+       [](Path<T>& p) {
+         std::vector<DPoint> second(p.points.size());
+         return CRV_NodeEditReduceEnabledDouble(p.points.data(), p.types.data(), p.count(), 500, second.data());
+       }},
+      {"CRV_TransferThisThinSubpathToRegular", count,
+       [](Path<T>& p) {
+         return CRV_TransferThisThinSubpathToRegular(p.points.data(), p.types.data(), p.count(), 14, 50);
+       }},
+      {"CRV_TransferAllThinSubpathsToRegular", count,
+       [](Path<T>& p) { return CRV_TransferAllThinSubpathsToRegular(p.points.data(), p.types.data(), p.count(), 50); }},
+      {"RemoveZeroLengthSegments", count,
+       [](Path<T>& p) {
+         return static_cast<int>(
+             Lumo::RemoveZeroLengthSegments(p.points.data(), p.types.data(), p.points.size()));
+       }},
+      {"RemoveShortSegments", count,
+       [](Path<T>& p) { return Lumo::RemoveShortSegments(p.points.data(), p.types.data(), p.count(), 5, 5); }},
+      {"RepairCurves", 0,
+       [=](Path<T>& p) {
+         // The vectors are the host's; an exact copy of them is what the call is given.
+         return static_cast<int>(Lumo::RepairCurves(p.points, p.types, settings()));
+       }},
+  };
+}
+
+TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
+  using T = TypeParam;
+  const Path<T> before = Drawing<T>();
+  for (const Edit<T>& edit : Edits<T>()) {
+    SCOPED_TRACE(edit.name);
+    long nth = 0, refused = 0;
+    for (; nth < 5000; ++nth) {
+      Path<T> path = before;
+      FailingNew::FailFrom(nth);
+      int result = 0;
+      result = edit.run(path);
+      FailingNew::Never();
+      if (FailingNew::Failures() == 0) {
+        EXPECT_FALSE(path == before) << "the edit has nothing to do: it proves nothing";
+        break;
+      }
+      ++refused;
+      ASSERT_EQ(result, edit.failure) << "allocation " << nth;
+      ASSERT_TRUE(path == before) << "allocation " << nth;
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_LT(nth, 5000);
+  }
+}
+
+/// The offset of whole paths, called as hosts do: what was in the output stays, and nothing is half there.
+TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
+  using T = TypeParam;
+  using Lumo::Offset::EOpenCurveOffsetSide;
+  const Path<T> path = Drawing<T>();
+  long refused = 0;
+  const auto sweep = [&](const std::string& name, const std::function<void(Path<T>&)>& run) {
+    SCOPED_TRACE(name);
+    Path<T> whole;
+    run(whole);
+    EXPECT_FALSE(whole.empty());
+    // A few in a row at the start, then spread over the rest of the work.
+    for (long nth = 0; nth < 100000; nth += 1 + nth / 24) {
+      Path<T> out;
+      FailingNew::FailFrom(nth);
+      try {
+        run(out);
+      } catch (const std::bad_alloc&) {  // from the arguments
+      }
+      FailingNew::Never();
+      if (FailingNew::Failures() == 0) break;
+      ++refused;
+      ASSERT_TRUE(out.empty() || out == whole) << "half an outline, allocation " << nth;
+    }
+  };
+  const auto closed = [&](double distance) {
+    return [&path, distance](Path<T>& out) {
+      const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, distance, distance < 0);
+      Lumo::CreateOffsetCurve(path.points.data(), path.types.data(), path.count(), out.points, out.types, settings);
+    };
+  };
+  sweep("grown", closed(300));
+  sweep("shrunk", closed(-300));
+  EXPECT_GT(refused, 100);
+}
+
+/// Bytes that the program holds, to notice what a failing call leaves behind.
+std::size_t BytesInUse() { return mallinfo2().uordblks; }
+
+/// Calls run with the first, second ... allocation failing until it gets through; says how often it failed.
+/// failed(result) tells whether the stated failure came back.
+template <class Run>
+long SweepMalloc(const Run& run) {
+  long refused = 0;
+  for (long nth = 0; nth < 1000; ++nth) {
+    std::size_t bytes = 0;
+    for (int again = 0; again < 2; ++again) {  // the first call may fill the allocator's own stores
+      const std::size_t before = BytesInUse();
+      run(nth);
+      bytes = BytesInUse() - before;
+    }
+    if (FailingMalloc::Failures() == 0) return refused;
+    ++refused;
+    EXPECT_EQ(bytes, 0u) << "allocation " << nth << " leaves memory behind";
+  }
+  ADD_FAILURE() << "never got through";
+  return refused;
+}
+
+TEST(RecordAllocation, OfStrokesAndOpenEndsFailsAsStated) {
+  const tagPOINT points[] = {{0, 0}, {100, 0}, {100, 100}, {0, 100}};
+  const int spacing = 7;
+  const auto armed = [](long nth, const auto& call) {
+    FailingMalloc::FailFrom(nth);
+    const auto result = call();
+    FailingMalloc::Never();
+    return result;
+  };
+  const auto constructed = [&](const auto& call) {
+    return SweepMalloc([&](long nth) {
+      CRV_FREEHANDINFO* const record = armed(nth, call);
+      EXPECT_EQ(record == nullptr, FailingMalloc::Failures() > 0);
+      CRV_FreehandInfoDestruct(record);
+    });
+  };
+  const long plain = constructed([] { return CRV_FreehandInfoConstruct(10, 4); });
+  if (plain == 0) GTEST_SKIP() << "another allocator stands before the program's";
+  EXPECT_EQ(plain, 4);
+  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolylineExt(points, 4, &spacing, 1, 0); }), 4);
+  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolygonExt(points, 4, &spacing, 1, 0); }), 4);
+
+  const long grown = SweepMalloc([&](long nth) {
+    CRV_FREEHANDINFO* const record = CRV_FreehandInfoConstruct(1, 1);
+    EXPECT_EQ(CRV_FreehandInfoAppendPoint(record, points[0]), 1);
+    EXPECT_EQ(armed(nth, [&] { return CRV_FreehandInfoAppendPoint(record, points[1]); }),
+              FailingMalloc::Failures() == 0);
+    tagPOINT last{};
+    EXPECT_EQ(CRV_FreehandInfoGetLastPoint(record, &last), 1);
+    EXPECT_EQ(last, points[FailingMalloc::Failures() == 0 ? 1 : 0]) << "a point that was refused is not there";
+    CRV_FreehandInfoDestruct(record);
+  });
+  EXPECT_EQ(grown, 3);
+
+  const auto path = test::ParsePath<tagPOINT>("M0,0 L10,0 M20,0 L30,0");
+  const long ends = SweepMalloc([&](long nth) {
+    CRV_CONNECTINFO* const record = armed(
+        nth, [&] { return CRV_ConnectInfoConstruct(path.points.data(), path.types.data(), path.count()); });
+    EXPECT_EQ(record == nullptr, FailingMalloc::Failures() > 0);
+    CRV_ConnectInfoDestruct(record);
+  });
+  EXPECT_EQ(ends, 3);
+
+  const auto drawing = Drawing<tagPOINT>();
+  const long runs = SweepMalloc([&](long nth) {
+    auto p = drawing;
+    WDeleteRunInfo* records = nullptr;
+    int count = -7;
+    const int result = armed(nth, [&] {
+      return CRV_DeleteEnabledEx(p.points.data(), p.types.data(), p.count(), &records, &count);
+    });
+    if (FailingMalloc::Failures() > 0) {
+      EXPECT_EQ(result, -1);
+      EXPECT_TRUE(p == drawing) << "a deletion that failed";
+    } else {
+      EXPECT_LT(result, drawing.count());
+    }
+    std::free(records);
+  });
+  EXPECT_EQ(runs, 1);
+}
+
+}  // namespace
+
+#endif
