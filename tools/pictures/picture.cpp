@@ -1,15 +1,16 @@
 #include "picture.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
-#include <vector>
 
 namespace pictures {
 
 namespace {
 
-constexpr double kPanelWidth = 200, kPanelHeight = 160, kCaption = 18;
+/// In pixels, as are the margins that lines and nodes need around what they mark.
+constexpr double kPanelWidth = 200, kPanelHeight = 164, kCaption = 18, kMargin = 4;
+constexpr double kPixel = kUnit / 2;
 
 std::string Number(double value) {
   char text[32];
@@ -18,6 +19,37 @@ std::string Number(double value) {
   number.erase(number.find_last_not_of('0') + 1);
   if (number.back() == '.') number.pop_back();
   return number == "-0" ? "0" : number;
+}
+
+std::string X(double x) { return Number(x / kPixel); }
+std::string Y(double y) { return Number(kPanelHeight - kMargin - y / kPixel); }
+
+std::string Data(const Path& path) {
+  std::string data;
+  for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
+    const NODETYPE type = path.GetNodeType(i);
+    if (type.IsMove()) data += 'M';
+    if (type.IsLine()) data += 'L';
+    if (type.IsControl()) data += path.GetNodeType(i - 1).IsControl() ? ' ' : 'C';
+    if (type.IsCurve()) data += ' ';
+    data += X(path.GetPoint(i).x) + ' ' + Y(path.GetPoint(i).y);
+    if (type.IsClosed() && !type.IsMove()) data += 'Z';
+  }
+  return data;
+}
+
+std::string Escaped(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == '&') {
+      escaped += "&amp;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
 }
 
 }  // namespace
@@ -68,53 +100,36 @@ Path Edited(Path path, std::size_t room, const std::function<int(DPoint*, NODETY
   return path;
 }
 
-std::string Picture::X(double x) const {
-  return Number((panels_ - 1) * kPanelWidth + x / kUnit * kPanelWidth / 100);
-}
-
-std::string Picture::Y(double y) const {
-  return Number(kCaption + kPanelHeight - y / kUnit * kPanelHeight / 80);
-}
-
-std::string Picture::Data(const Path& path) const {
-  std::string data;
-  for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
-    const NODETYPE type = path.GetNodeType(i);
-    if (type.IsMove()) data += 'M';
-    if (type.IsLine()) data += 'L';
-    if (type.IsControl()) data += path.GetNodeType(i - 1).IsControl() ? ' ' : 'C';
-    if (type.IsCurve()) data += ' ';
-    data += X(path.GetPoint(i).x) + ' ' + Y(path.GetPoint(i).y);
-    if (type.IsClosed() && !type.IsMove()) data += 'Z';
-  }
-  return data;
-}
-
 Picture& Picture::Panel(std::string_view caption) {
-  ++panels_;
-  return Text({2 * kUnit, 83 * kUnit}, caption);
+  panels_.push_back({Escaped(caption), {}});
+  return *this;
 }
 
 Picture& Picture::Fill(const Path& path, const char* colour) {
-  body_ += "<path fill=\"" + std::string(colour) + "\" d=\"" + Data(path) + "\"/>\n";
+  drawn_.Add(path.GetTightBBox());
+  Body() += "<path fill=\"" + std::string(colour) + "\" d=\"" + Data(path) + "\"/>\n";
   return *this;
 }
 
 Picture& Picture::Line(const Path& path, const char* colour, double width, bool dashed) {
-  body_ += "<path fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" + Number(width) +
+  drawn_.Add(path.GetTightBBox());
+  Body() += "<path fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" + Number(width) +
            "\"" + (dashed ? " stroke-dasharray=\"4 3\"" : "") + " d=\"" + Data(path) + "\"/>\n";
   return *this;
 }
 
 Picture& Picture::Nodes(const Path& path) {
+  drawn_.Add(path.GetLooseBBox());
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
     const NODETYPE type = path.GetNodeType(i);
     const DPoint p = path.GetPoint(i);
     if (!type.IsControl()) continue;
     const std::size_t node = path.GetNodeType(i - 1).IsControl() ? i + 1 : i - 1;
-    body_ += "<path fill=\"none\" stroke=\"#888\" stroke-width=\".6\" d=\"M" + X(path.GetPoint(node).x) +
+    Body() += "<path fill=\"none\" stroke=\"#888\" stroke-width=\".6\" d=\"M" + X(path.GetPoint(node).x) +
              ' ' + Y(path.GetPoint(node).y) + 'L' + X(p.x) + ' ' + Y(p.y) + "\"/>\n";
-    Dot(p, "#888", 1.5);
+    // The rim sets a handle off from a line that it lies on.
+    Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) +
+              "\" r=\"2\" stroke=\"#fff\" stroke-width=\".8\" fill=\"#888\"/>\n";
   }
   for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
     const NODETYPE type = path.GetNodeType(i);
@@ -124,10 +139,10 @@ Picture& Picture::Nodes(const Path& path) {
         std::string("stroke=\"") + kInk + "\" fill=\"" + (type.IsEnabled() ? kNew : "#fff") + "\"/>\n";
     if (type.IsCusp()) {
       const double half = 1.4 * kUnit;
-      body_ += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) + "\" width=\"5.6\" height=\"5.6\" " +
+      Body() += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) + "\" width=\"5.6\" height=\"5.6\" " +
                paint;
     } else {
-      body_ += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"3\" " + paint;
+      Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"3\" " + paint;
     }
   }
   return *this;
@@ -143,7 +158,8 @@ Picture& Picture::Show(const Path& path) {
 }
 
 Picture& Picture::Dot(const DPoint& p, const char* colour, double radius) {
-  body_ += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"" + Number(radius) + "\" fill=\"" +
+  drawn_.Add(p.x, p.y);
+  Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"" + Number(radius) + "\" fill=\"" +
            colour + "\"/>\n";
   return *this;
 }
@@ -165,17 +181,7 @@ Picture& Picture::Arrow(const DPoint& from, const DVector& direction, const char
 }
 
 Picture& Picture::Text(const DPoint& p, std::string_view text, const char* colour) {
-  std::string escaped;
-  for (const char c : text) {
-    if (c == '<') {
-      escaped += "&lt;";
-    } else if (c == '&') {
-      escaped += "&amp;";
-    } else {
-      escaped += c;
-    }
-  }
-  body_ += "<text x=\"" + X(p.x) + "\" y=\"" + Y(p.y) + "\" fill=\"" + colour + "\">" + escaped + "</text>\n";
+  Body() += "<text x=\"" + X(p.x) + "\" y=\"" + Y(p.y) + "\" fill=\"" + colour + "\">" + Escaped(text) + "</text>\n";
   return *this;
 }
 
@@ -184,13 +190,30 @@ Picture& Picture::BeforeAfter(const Path& before, const Path& after) {
 }
 
 std::string Picture::Svg() const {
-  const std::string size =
-      Number(panels_ * kPanelWidth) + "\" height=\"" + Number(kPanelHeight + kCaption + 4);
-  return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + size +
-         "\" fill-rule=\"evenodd\" font-family=\"sans-serif\" font-size=\"11\">\n<rect width=\"100%\" "
-         "height=\"100%\" "
-         "fill=\"#fff\"/>\n" +
-         body_ + "</svg>\n";
+  // The ground, and what reaches beyond it.
+  double left = 0, top = 0, right = kPanelWidth, bottom = kPanelHeight;
+  if (!drawn_.IsEmpty()) {
+    left = std::min(left, drawn_.minx / kPixel - kMargin);
+    right = std::max(right, drawn_.maxx / kPixel + kMargin);
+    top = std::min(top, kPanelHeight - drawn_.maxy / kPixel - 2 * kMargin);
+    bottom = std::max(bottom, kPanelHeight - drawn_.miny / kPixel);
+  }
+  const std::string view =
+      Number(left) + ' ' + Number(top) + ' ' + Number(right - left) + ' ' + Number(bottom - top);
+  std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
+                    Number(static_cast<double>(panels_.size()) * kPanelWidth) + "\" height=\"" +
+                    Number(kPanelHeight + kCaption) +
+                    "\" fill-rule=\"evenodd\" font-family=\"sans-serif\" font-size=\"11\">\n"
+                    "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
+  double x = 0;
+  for (const Panelled& panel : panels_) {
+    svg += "<text x=\"" + Number(x + kMargin) + "\" y=\"12\" fill=\"" + kInk + "\">" + panel.caption +
+           "</text>\n<svg x=\"" + Number(x) + "\" y=\"" + Number(kCaption) + "\" width=\"" +
+           Number(kPanelWidth) + "\" height=\"" + Number(kPanelHeight) + "\" viewBox=\"" + view + "\">\n" +
+           panel.body + "</svg>\n";
+    x += kPanelWidth;
+  }
+  return svg + "</svg>\n";
 }
 
 }  // namespace pictures

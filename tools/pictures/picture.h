@@ -1,12 +1,14 @@
 #pragma once
 // A small drawing of what an operation does: panels side by side, each a square of ground 100,000 units wide
-// and 80,000 high, y upwards. Pictures write themselves as SVG.
+// and 80,000 high, y upwards. Pictures write themselves as SVG; when something reaches beyond the ground, all
+// panels show more of it at the same, smaller scale.
 
 #include <functional>
 #include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "lumo/polycurve.h"
 
@@ -41,7 +43,7 @@ Path Edited(Path path, std::size_t room, const std::function<int(DPoint*, NODETY
 
 class Picture {
  public:
-  /// Begins a panel to the right of the others.
+  /// Begins a panel to the right of the others; all that follows is drawn in it.
   Picture& Panel(std::string_view caption);
   Picture& Fill(const Path& path, const char* colour = kGround);
   Picture& Line(const Path& path, const char* colour = kInk, double width = 1.5, bool dashed = false);
@@ -59,12 +61,15 @@ class Picture {
   std::string Svg() const;
 
  private:
-  std::string X(double x) const;
-  std::string Y(double y) const;
-  std::string Data(const Path& path) const;
+  struct Panelled {
+    std::string caption;
+    std::string body;
+  };
+  std::string& Body() { return panels_.back().body; }
 
-  int panels_ = 0;
-  std::string body_;
+  std::vector<Panelled> panels_;
+  /// Of all that is drawn, whatever the panel.
+  TavMath::BoundsT<double> drawn_;
 };
 
 struct Entry {
