@@ -243,6 +243,27 @@ Misses FindFootPoints(const Power& curve, FitSamples& samples) {
   return misses;
 }
 
+/// Adds to the misses where a cubic that is near its samples strays between two of them: farther from both
+/// than any sample is from it, and than the samples about there are from each other, which a bend that they
+/// pass over is not.
+void AddStrays(const Fit& fit, const FitSamples& samples, Misses& misses) {
+  const Power curve = fit.Curve();
+  const auto at = [&](int k) -> FitSamples::Sample {
+    if (k < 0) return {fit.p0, 0};
+    return k < samples.count ? samples.at[static_cast<std::size_t>(k)] : FitSamples::Sample{fit.p3, 1};
+  };
+  const auto gapSqrd = [&](int k) { return DistanceSqrd(at(k - 1).point, at(k).point); };
+  for (int k = 0; k <= samples.count; ++k) {
+    const FitSamples::Sample from = at(k - 1), to = at(k);
+    const double middle = 0.5 * (from.t + to.t);
+    const double strayed =
+        std::min(LengthSqrd(curve.MissAt(middle, from.point)), LengthSqrd(curve.MissAt(middle, to.point)));
+    if (strayed <= std::max({misses.worst, gapSqrd(k - 1), gapSqrd(k), gapSqrd(k + 1)})) continue;
+    misses.sum += strayed - misses.worst;
+    misses.worst = strayed;
+  }
+}
+
 /// One damped Gauss-Newton step on the distances at the foot points.
 Fit StepAtFootPoints(const Fit& fit, const Power& curve, const FitSamples& samples, double damping) {
   NormalEquations equations;
@@ -278,6 +299,7 @@ Misses Refine(Fit& fit, FitSamples& samples) {
     const double moved = std::max(std::fabs(next.a - fit.a), std::fabs(next.b - fit.b));
     if (!(moved > kSettledHandle * fit.length)) break;
     const Power nextCurve = next.Curve();
+    samples.Keep();
     const Misses now = FindFootPoints(nextCurve, samples);
     if (now.sum < misses.sum) {
       fit = next;
@@ -285,6 +307,7 @@ Misses Refine(Fit& fit, FitSamples& samples) {
       misses = now;
       damping *= 0.1;
     } else {
+      samples.Restore();
       damping = damping * 100 + 1e-4;
     }
   }
@@ -327,10 +350,14 @@ double FitCubic(const T* points, const NODETYPE* types, int k0, int k1, DPoint c
   Fit thirds = fit;
   thirds.a = thirds.b = Distance(fit.p0, fit.p3) / 3;
   Misses best{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
-  if (Begin(stretch, fit, samples)) best = Refine(fit, samples);
+  if (Begin(stretch, fit, samples)) {
+    best = Refine(fit, samples);
+    AddStrays(fit, samples, best);
+  }
   if (best.worst > kExactFit * kExactFit * fit.length * fit.length) {
     GuessByLength(samples, fit.p0, fit.p3);
-    const Misses plain = FindFootPoints(thirds.Curve(), samples);
+    Misses plain = FindFootPoints(thirds.Curve(), samples);
+    AddStrays(thirds, samples, plain);
     if (!(best.sum <= plain.sum)) best = plain, fit = thirds;
   }
   fit.Write(cubic);

@@ -20,13 +20,25 @@ struct FitSamples {
   };
   int count = 0;
   std::array<Sample, kMax> at;
+
+  /// The parameters, set aside while others are tried.
+  void Keep() {
+    for (int k = 0; k < count; ++k) kept_[static_cast<std::size_t>(k)] = at[static_cast<std::size_t>(k)].t;
+  }
+  void Restore() {
+    for (int k = 0; k < count; ++k) at[static_cast<std::size_t>(k)].t = kept_[static_cast<std::size_t>(k)];
+  }
+
+ private:
+  std::array<double, kMax> kept_;
 };
 
 /// Writes to cubic[1] and cubic[2] the handles of a cubic from node k0 to node k1 (cubic[0] and cubic[3], set
 /// here too) that approximates the segments between them in the least-squares sense, keeping the directions
 /// in which the stretch leaves k0 and reaches k1. Where the stretch is what splitting one cubic gives, that
 /// cubic comes back. k0 and k1 must be on-curve nodes of one well-formed subpath, k0 < k1.
-/// Returns the greatest squared distance of a sample from the cubic.
+/// Returns the greatest squared distance of a sample from the cubic, or of the cubic from the samples where
+/// it strays between two of them.
 template <class T>
 double FitCubic(const T* points, const NODETYPE* types, int k0, int k1, DPoint cubic[4]);
 

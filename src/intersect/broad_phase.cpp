@@ -34,11 +34,13 @@ BoxTree::BoxTree(const std::vector<Box>& boxes) {
   for (const Box& box : boxes) {
     if (IsUsable(box)) whole.Add(box);
   }
-  const double size = std::max(whole.Width(), whole.Height());
+  // Half of it, as half of the coordinates below: the whole may be more than the greatest double.
+  const double size = std::max(0.5 * whole.maxx - 0.5 * whole.minx, 0.5 * whole.maxy - 0.5 * whole.miny);
   const double cells = 65535;
   const double scale = size > 0 && std::isfinite(cells / size) ? cells / size : 0;
   const auto cell = [&](double low, double high, double from) {
-    return static_cast<std::uint32_t>(std::clamp((0.5 * low + 0.5 * high - from) * scale, 0.0, cells));
+    return static_cast<std::uint32_t>(
+        std::clamp((0.25 * low + 0.25 * high - 0.5 * from) * scale, 0.0, cells));
   };
   std::vector<std::uint64_t> keys;
   keys.reserve(boxes.size());

@@ -11,6 +11,7 @@
 
 namespace {
 
+using Lumo::ConstDrawCurveT;
 using Lumo::PolycurveT;
 using Lumo::SubpathHierarchy;
 using Lumo::SubpathTreeNode;

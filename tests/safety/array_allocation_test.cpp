@@ -50,24 +50,27 @@ std::vector<Edit<T>> Edits() {
   return {
       {"CRV_ReduceEnabled", count,
        [](Path<T>& p) { return CRV_ReduceEnabled(p.points.data(), p.types.data(), p.count(), 500); }},
-      {"CRV_NodeEditReduceEnabledDouble", count,
-       [](Path<T>& p) {
-         std::vector<DPoint> second(p.points.size());
-         return CRV_NodeEditReduceEnabledDouble(p.points.data(), p.types.data(), p.count(), 500, second.data());
+      {"CRV_ReduceEnabledDouble", count,
+       [second = std::vector<DPoint>(static_cast<std::size_t>(count))](Path<T>& p) mutable {
+         return CRV_ReduceEnabledDouble(p.points.data(), p.types.data(), p.count(), 500, second.data());
        }},
       {"CRV_TransferThisThinSubpathToRegular", count,
        [](Path<T>& p) {
          return CRV_TransferThisThinSubpathToRegular(p.points.data(), p.types.data(), p.count(), 14, 50);
        }},
       {"CRV_TransferAllThinSubpathsToRegular", count,
-       [](Path<T>& p) { return CRV_TransferAllThinSubpathsToRegular(p.points.data(), p.types.data(), p.count(), 50); }},
+       [](Path<T>& p) {
+         return CRV_TransferAllThinSubpathsToRegular(p.points.data(), p.types.data(), p.count(), 50);
+       }},
       {"RemoveZeroLengthSegments", count,
        [](Path<T>& p) {
          return static_cast<int>(
              Lumo::RemoveZeroLengthSegments(p.points.data(), p.types.data(), p.points.size()));
        }},
       {"RemoveShortSegments", count,
-       [](Path<T>& p) { return Lumo::RemoveShortSegments(p.points.data(), p.types.data(), p.count(), 5, 5); }},
+       [](Path<T>& p) {
+         return Lumo::RemoveShortSegments(p.points.data(), p.types.data(), p.count(), 5, 5);
+       }},
       {"RepairCurves", 0,
        [=](Path<T>& p) {
          // The vectors are the host's; an exact copy of them is what the call is given.
@@ -129,7 +132,8 @@ TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
   const auto closed = [&](double distance) {
     return [&path, distance](Path<T>& out) {
       const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, distance, distance < 0);
-      Lumo::CreateOffsetCurve(path.points.data(), path.types.data(), path.count(), out.points, out.types, settings);
+      Lumo::CreateOffsetCurve(path.points.data(), path.types.data(), path.count(), out.points, out.types,
+                              settings);
     };
   };
   sweep("grown", closed(300));
@@ -147,7 +151,7 @@ long SweepMalloc(const Run& run) {
   long refused = 0;
   for (long nth = 0; nth < 1000; ++nth) {
     std::size_t bytes = 0;
-    for (int again = 0; again < 2; ++again) {  // the first call may fill the allocator's own stores
+    for (int again = 0; again < 16; ++again) {  // the first calls fill the allocator's own stores
       const std::size_t before = BytesInUse();
       run(nth);
       bytes = BytesInUse() - before;
@@ -179,17 +183,20 @@ TEST(RecordAllocation, OfStrokesAndOpenEndsFailsAsStated) {
   const long plain = constructed([] { return CRV_FreehandInfoConstruct(10, 4); });
   if (plain == 0) GTEST_SKIP() << "another allocator stands before the program's";
   EXPECT_EQ(plain, 4);
-  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolylineExt(points, 4, &spacing, 1, 0); }), 4);
-  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolygonExt(points, 4, &spacing, 1, 0); }), 4);
+  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolylineExt(points, 4, &spacing, 1, 0); }),
+            4);
+  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolygonExt(points, 4, &spacing, 1, 0); }),
+            4);
 
   const long grown = SweepMalloc([&](long nth) {
     CRV_FREEHANDINFO* const record = CRV_FreehandInfoConstruct(1, 1);
     EXPECT_EQ(CRV_FreehandInfoAppendPoint(record, points[0]), 1);
-    EXPECT_EQ(armed(nth, [&] { return CRV_FreehandInfoAppendPoint(record, points[1]); }),
-              FailingMalloc::Failures() == 0);
+    const int appended = armed(nth, [&] { return CRV_FreehandInfoAppendPoint(record, points[1]); });
+    EXPECT_EQ(appended, FailingMalloc::Failures() == 0);
     tagPOINT last{};
     EXPECT_EQ(CRV_FreehandInfoGetLastPoint(record, &last), 1);
-    EXPECT_EQ(last, points[FailingMalloc::Failures() == 0 ? 1 : 0]) << "a point that was refused is not there";
+    EXPECT_EQ(last, points[FailingMalloc::Failures() == 0 ? 1 : 0])
+        << "a point that was refused is not there";
     CRV_FreehandInfoDestruct(record);
   });
   EXPECT_EQ(grown, 3);

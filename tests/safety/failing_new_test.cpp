@@ -7,7 +7,7 @@
 
 #include <new>
 
-#include "support/guarded_array.h"  // knows the address sanitizer
+#include "support/sanitizers.h"
 
 void* operator new(std::size_t size) {
   if (void* memory = test::FailingNew::Allocate(size)) return memory;
@@ -25,7 +25,7 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 
-#if defined(__GLIBC__) && !defined(LUMO_TEST_ASAN) && !defined(__SANITIZE_THREAD__)
+#if defined(__GLIBC__) && !defined(LUMO_TEST_ASAN) && !defined(LUMO_TEST_TSAN)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);

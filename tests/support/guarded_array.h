@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
@@ -13,14 +14,8 @@
 
 #include "lumo/node_type.h"
 #include "support/path_builder.h"
+#include "support/sanitizers.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define LUMO_TEST_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define LUMO_TEST_ASAN 1
-#endif
-#endif
 #if defined(LUMO_TEST_ASAN)
 #include <sanitizer/asan_interface.h>
 #endif
@@ -33,8 +28,9 @@ class GuardedArray {
 
  public:
   /// Elements start as bytes 0xA5: nothing that a function could take for a cleared value.
-  explicit GuardedArray(std::size_t size) : size_(size), memory_(2 * kZone + size * sizeof(Element), kFill) {
-    std::memset(memory_.data() + kZone, 0xA5, size * sizeof(Element));
+  explicit GuardedArray(std::size_t size) : size_(size), memory_(2 * kZone + size * sizeof(Element), kUnset) {
+    std::fill_n(memory_.begin(), kZone, kFill);
+    std::fill_n(memory_.rbegin(), kZone, kFill);
     Poison(true);
   }
   GuardedArray(std::initializer_list<Element> elements)
@@ -67,7 +63,7 @@ class GuardedArray {
 
  private:
   static constexpr std::size_t kZone = 256;  // wide enough for a stray cubic of doubles on either side
-  static constexpr unsigned char kFill = 0xDB;
+  static constexpr unsigned char kFill = 0xDB, kUnset = 0xA5;
 
   /// The allocator takes its memory back unpoisoned.
   struct Memory : std::vector<unsigned char> {

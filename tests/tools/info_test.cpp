@@ -80,7 +80,7 @@ TEST(Program, GivesOneLineAndExitCodeTwoForBadInput) {
   } cases[] = {
       {"info " + broken,
        "lumo: " + broken + ":2: <path>: d, character 6: expected a number, found the end\n"},
-      {"info no/such.svg --json", "lumo: no/such.svg: cannot be opened\n"},
+      {"info no/such.svg --json", "lumo: no/such.svg: cannot be opened (No such file or directory)\n"},
       {"info -", "lumo: standard input: the file is empty\n"},
   };
   for (const auto& c : cases) {

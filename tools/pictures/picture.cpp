@@ -114,7 +114,7 @@ Picture& Picture::Fill(const Path& path, const char* colour) {
 Picture& Picture::Line(const Path& path, const char* colour, double width, bool dashed) {
   drawn_.Add(path.GetTightBBox());
   Body() += "<path fill=\"none\" stroke=\"" + std::string(colour) + "\" stroke-width=\"" + Number(width) +
-           "\"" + (dashed ? " stroke-dasharray=\"4 3\"" : "") + " d=\"" + Data(path) + "\"/>\n";
+            "\"" + (dashed ? " stroke-dasharray=\"4 3\"" : "") + " d=\"" + Data(path) + "\"/>\n";
   return *this;
 }
 
@@ -126,7 +126,7 @@ Picture& Picture::Nodes(const Path& path) {
     if (!type.IsControl()) continue;
     const std::size_t node = path.GetNodeType(i - 1).IsControl() ? i + 1 : i - 1;
     Body() += "<path fill=\"none\" stroke=\"#888\" stroke-width=\".6\" d=\"M" + X(path.GetPoint(node).x) +
-             ' ' + Y(path.GetPoint(node).y) + 'L' + X(p.x) + ' ' + Y(p.y) + "\"/>\n";
+              ' ' + Y(path.GetPoint(node).y) + 'L' + X(p.x) + ' ' + Y(p.y) + "\"/>\n";
     // The rim sets a handle off from a line that it lies on.
     Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) +
               "\" r=\"2\" stroke=\"#fff\" stroke-width=\".8\" fill=\"#888\"/>\n";
@@ -139,8 +139,8 @@ Picture& Picture::Nodes(const Path& path) {
         std::string("stroke=\"") + kInk + "\" fill=\"" + (type.IsEnabled() ? kNew : "#fff") + "\"/>\n";
     if (type.IsCusp()) {
       const double half = 1.4 * kUnit;
-      Body() += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) + "\" width=\"5.6\" height=\"5.6\" " +
-               paint;
+      Body() += "<rect x=\"" + X(p.x - half) + "\" y=\"" + Y(p.y + half) +
+                "\" width=\"5.6\" height=\"5.6\" " + paint;
     } else {
       Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"3\" " + paint;
     }
@@ -160,7 +160,7 @@ Picture& Picture::Show(const Path& path) {
 Picture& Picture::Dot(const DPoint& p, const char* colour, double radius) {
   drawn_.Add(p.x, p.y);
   Body() += "<circle cx=\"" + X(p.x) + "\" cy=\"" + Y(p.y) + "\" r=\"" + Number(radius) + "\" fill=\"" +
-           colour + "\"/>\n";
+            colour + "\"/>\n";
   return *this;
 }
 
@@ -181,7 +181,8 @@ Picture& Picture::Arrow(const DPoint& from, const DVector& direction, const char
 }
 
 Picture& Picture::Text(const DPoint& p, std::string_view text, const char* colour) {
-  Body() += "<text x=\"" + X(p.x) + "\" y=\"" + Y(p.y) + "\" fill=\"" + colour + "\">" + Escaped(text) + "</text>\n";
+  Body() += "<text x=\"" + X(p.x) + "\" y=\"" + Y(p.y) + "\" fill=\"" + colour + "\">" + Escaped(text) +
+            "</text>\n";
   return *this;
 }
 
