@@ -53,6 +53,15 @@ constexpr auto kInner = [] {
   return table;
 }();
 
+/// All that inner nodes can contribute.
+constexpr unsigned kAllInner = [] {
+  unsigned all = 0;
+  for (const auto& byKind : kInner) {
+    for (const unsigned flags : byKind) all |= flags;
+  }
+  return all;
+}();
+
 /// One pass over the nodes, and what it has to remember.
 class EnablingInfo {
  public:
@@ -102,12 +111,16 @@ class EnablingInfo {
   static constexpr int kRun = 8;  // nodes of a word
 
   /// Nodes with neighbours on both sides, some of them enabled: looking all of them up costs less than
-  /// guessing which.
+  /// guessing which, until there is nothing left that they could add.
   void AddInner(int first, int enabled) {
+    nodes_ += enabled;
+    if (((flags_ | subpathFlags_) & kAllInner) == kAllInner) {
+      subpathFlags_ |= kCounted;
+      return;
+    }
     for (int i = first; i < first + kRun; ++i) {
       subpathFlags_ |= kInner[types_[i].value][types_[i + 1].value >> 6];
     }
-    nodes_ += enabled;
   }
 
   void AddPicked(int first, int nodes) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "interactive/candidates.h"
 #include "interactive/tolerances.h"
@@ -31,16 +32,7 @@ double RoundedCrossing(const DPoint& a, const DPoint& b, int y) {
 }
 
 /// Above, below or left of the point: half-planes that the ray does not enter.
-class RayCode {
- public:
-  explicit RayCode(const tagPOINT& p) noexcept : x_(p.x), y_(p.y) {}
-  unsigned char operator()(const tagPOINT& q) const noexcept {
-    return static_cast<unsigned char>((q.y < y_) | (q.y > y_) << 1 | (q.x < x_) << 2);
-  }
-
- private:
-  int x_, y_;
-};
+RectCode RayCode(const tagPOINT& p) { return RectCode({p.x, p.y, std::numeric_limits<int>::max(), p.y}); }
 
 }  // namespace
 
@@ -72,7 +64,7 @@ bool RayCount::AddPiece(const T& a, const T& b) noexcept {
 bool RayCount::AddLine(const tagPOINT& a, const tagPOINT& b) noexcept { return AddPiece(a, b); }
 
 bool RayCount::AddCubic(const tagPOINT* bezier) noexcept {
-  const RayCode code(p_);
+  const RectCode code = RayCode(p_);
   if ((code(bezier[0]) & code(bezier[1]) & code(bezier[2]) & code(bezier[3])) != 0) return true;
   const auto right = [this](const tagPOINT& q) { return q.x > p_.x; };
   const int y0 = bezier[0].y, y3 = bezier[3].y;

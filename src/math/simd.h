@@ -80,7 +80,6 @@ inline double SquareRoot(double v) {
 }
 
 using FourFloats = float __attribute__((vector_size(16)));
-using FourInts = int __attribute__((vector_size(16)));
 
 inline FourFloats SquareRoot(FourFloats v) {
 #if defined(__SSE2__)

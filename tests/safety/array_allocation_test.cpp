@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -130,10 +131,11 @@ TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
     }
   };
   const auto closed = [&](double distance) {
-    return [&path, distance](Path<T>& out) {
-      const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, distance, distance < 0);
+    const auto settings = std::make_shared<Lumo::Offset::OffsetSettings>(new Lumo::Round, new Lumo::Round,
+                                                                         distance, distance < 0);
+    return [&path, settings](Path<T>& out) {
       Lumo::CreateOffsetCurve(path.points.data(), path.types.data(), path.count(), out.points, out.types,
-                              settings);
+                              *settings);
     };
   };
   sweep("grown", closed(300));
