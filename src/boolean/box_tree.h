@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "boolean/arc.h"
@@ -36,6 +37,7 @@ class BoxTree {
   void Descend(Meets&& meets, Visit&& visit) const;
 
   static constexpr int kFan = 4;
+  static constexpr int kMostLevels = 17;  // 4^16 leaves hold more boxes than an int counts
   struct Node {
     Box box;
     int first, last;  // children in nodes_, or boxes in the sorted order for a leaf
@@ -99,16 +101,18 @@ void BoxTree::ForEachPair(Visit&& visit) const {
 template <class Meets, class Visit>
 void BoxTree::Descend(Meets&& meets, Visit&& visit) const {
   if (root_ < 0 || !meets(nodes_[static_cast<std::size_t>(root_)].box)) return;
-  std::vector<int> stack{root_};
-  while (!stack.empty()) {
-    const Node& node = nodes_[static_cast<std::size_t>(stack.back())];
-    stack.pop_back();
+  // On every level all children of one node but the one that is descended into may wait.
+  std::array<int, (kFan - 1) * kMostLevels + 1> stack;
+  std::size_t top = 0;
+  stack[top++] = root_;
+  while (top > 0) {
+    const Node& node = nodes_[static_cast<std::size_t>(stack[--top])];
     for (int i = node.first; i < node.last; ++i) {
       const auto k = static_cast<std::size_t>(i);
       if (node.leaf) {
         if (meets(boxes_[k])) visit(index_[k]);
       } else if (meets(nodes_[k].box)) {
-        stack.push_back(i);
+        stack[top++] = i;
       }
     }
   }
@@ -123,6 +127,29 @@ template <class Visit>
 void BoxTree::ForEachAt(double x, double y, Visit&& visit) const {
   Descend([&](const Box& box) { return box.Contains(x, y); }, visit);
 }
+
+/// Boxes asked for those that hold a point: a few are looked through, many go into a tree.
+class BoxesAt {
+ public:
+  explicit BoxesAt(std::vector<Box> boxes) {
+    if (boxes.size() <= kSweptBoxes) {
+      few_ = std::move(boxes);
+    } else {
+      tree_.emplace(std::move(boxes));
+    }
+  }
+  template <class Visit>
+  void ForEachAt(double x, double y, Visit&& visit) const {
+    if (tree_) return tree_->ForEachAt(x, y, visit);
+    for (std::size_t k = 0; k < few_.size(); ++k) {
+      if (few_[k].Contains(x, y)) visit(static_cast<int>(k));
+    }
+  }
+
+ private:
+  std::vector<Box> few_;
+  std::optional<BoxTree> tree_;
+};
 
 /// Calls visit(i, j) once for every unordered pair of boxes that overlap or touch: a few boxes by a sweep in
 /// x, which costs less than a tree, and many by a tree.

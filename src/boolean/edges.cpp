@@ -186,9 +186,9 @@ class Splitter {
 
   /// Where several arcs run side by side, a vertex that some of them share lies on the others too.
   void AlignVertices() {
-    const BoxTree tree(LiveBoxes());
+    const BoxesAt boxes(LiveBoxes());
     looks_ = static_cast<std::int64_t>(kLooks * (arcs_.size() + cuts_.size()) + kLooksMore);
-    for (int round = 0; round < kAlignRounds && CutAtNearVertices(tree); ++round) {
+    for (int round = 0; round < kAlignRounds && CutAtNearVertices(boxes); ++round) {
       PlaceCuts();
       SortCuts();
       UniteAlongArcs();
@@ -199,7 +199,7 @@ class Splitter {
 
   /// Looks for every vertex of such arcs, at the place to which it was moved, on all arcs near it. True when
   /// something was added.
-  bool CutAtNearVertices(const BoxTree& tree) {
+  bool CutAtNearVertices(const BoxesAt& boxes) {
     bool added = false;
     std::vector<char> seen(out_.vertices.size(), false);
     const auto look = [&](int vertex) {
@@ -207,7 +207,7 @@ class Splitter {
       if (seen[At(v)]) return;
       seen[At(v)] = true;
       const DPoint p = out_.vertices[At(v)].p;
-      tree.ForEachAt(p.x, p.y, [&](int i) { added |= CutNear(live_[At(i)], v, p); });
+      boxes.ForEachAt(p.x, p.y, [&](int i) { added |= CutNear(live_[At(i)], v, p); });
     };
     for (const int i : live_) {
       const Interval interval = alongside_[At(i)];
@@ -443,10 +443,11 @@ class Splitter {
   void MergeCoincident() {
     bool merged = false;
     std::vector<int> halves;
-    for (std::size_t v = 0; v + 1 < out_.first.size(); ++v) {
-      if (out_.first[v + 1] - out_.first[v] < 2) continue;
-      halves.assign(out_.outgoing.begin() + out_.first[v], out_.outgoing.begin() + out_.first[v + 1]);
-      std::erase_if(halves, [&](int half) { return out_.To(half) <= static_cast<int>(v); });
+    for (int v = 0; v + 1 < static_cast<int>(out_.first.size()); ++v) {
+      halves.clear();
+      for (int k = out_.first[At(v)]; k < out_.first[At(v) + 1]; ++k) {
+        if (out_.To(out_.outgoing[At(k)]) > v) halves.push_back(out_.outgoing[At(k)]);
+      }
       if (halves.size() < 2) continue;
       std::sort(halves.begin(), halves.end(),
                 [&](int g, int h) { return out_.To(g) != out_.To(h) ? out_.To(g) < out_.To(h) : g < h; });
