@@ -1,10 +1,10 @@
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
 #include "core/node_words.h"
 #include "lumo/crv_navigation.h"
+#include "math/simd.h"
 
 namespace {
 
@@ -27,40 +27,53 @@ constexpr unsigned SomeContinuity(NODETYPE type) {
   return 0;
 }
 
-/// Kind and the continuity it could be given, by the kind of the node that follows along the path.
-constexpr unsigned SegmentFlags(NODETYPE type, bool beforeControl, bool beforeLine) {
-  unsigned flags = SomeContinuity(type) | Info::kNotOpenStart;
-  const bool smooth = type.Continuity() == ContinuityType::smooth;
-  if (type.IsLine()) return flags | Info::kLine | (beforeControl && !smooth ? Info::kCanBeSmooth : 0u);
-  const bool meetsCurve = type.IsClosed() || beforeControl;
-  flags |= Info::kCurve;
-  if ((meetsCurve || beforeLine) && !smooth) flags |= Info::kCanBeSmooth;
-  if (meetsCurve && type.Continuity() != ContinuityType::symmetric) flags |= Info::kCanBeSymmetric;
-  return flags;
+/// What the last node of a subpath contributes: its kind and the continuity it could be given. Along a closed
+/// subpath the node after the move node follows.
+constexpr unsigned LastNodeFlags(NODETYPE type, bool beforeControl) {
+  const unsigned flags = SomeContinuity(type) | Info::kNotOpenStart;
+  const unsigned smooth = type.Continuity() != ContinuityType::smooth ? Info::kCanBeSmooth : 0u;
+  if (type.IsLine()) return flags | Info::kLine | (beforeControl ? smooth : 0u);
+  if (!type.IsClosed()) return flags | Info::kCurve;
+  return flags | Info::kCurve | smooth |
+         (type.Continuity() != ContinuityType::symmetric ? Info::kCanBeSymmetric : 0u);
 }
 
-// Most nodes are inside a subpath, and what they contribute depends on two bytes only: it is looked up, by
-// the node's byte and the kind of the next one. The top bit counts the node.
-constexpr unsigned kCounted = 0x80000000u;
-constexpr auto kInner = [] {
-  std::array<std::array<unsigned, 4>, 256> table{};
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    const NODETYPE type(static_cast<unsigned char>(byte));
-    if (!type.IsEnabled() || type.IsMove() || type.IsControl()) continue;
-    for (unsigned kind = 1; kind < 4; ++kind)
-      table[byte][kind] = SegmentFlags(type, kind == 3, kind == 1) | ContinuityFlags(type) | kCounted;
-  }
-  return table;
-}();
+/// What the inner nodes met so far have contributed, those with a neighbour on either side: most nodes.
+/// Sixteen at a time, without branches; the top bit of a byte stands for a node.
+class InnerNodes {
+ public:
+  using Word = TavMath::FourWords;
+  static constexpr int kNodes = 16;
 
-/// All that inner nodes can contribute.
-constexpr unsigned kAllInner = [] {
-  unsigned all = 0;
-  for (const auto& byKind : kInner) {
-    for (const unsigned flags : byKind) all |= flags;
+  /// Takes enabled line and curve nodes of a word with a node behind them in their subpath: the chosen ones.
+  /// `next` is the word one node further.
+  void Add(Word word, Word next, Word chosen) {
+    const Word curve = chosen & word, line = chosen & ~word;
+    const Word low = word << 3, high = word << 2;  // of the continuity
+    const Word smooth = low & ~high, symmetric = high & ~low;
+    const Word nextLow = next << 1, beforeControl = next & nextLow, beforeLine = nextLow & ~next;
+    const Word meetsCurve = word << 4 | beforeControl;  // a closed one does
+    line_ |= line;
+    curve_ |= curve;
+    smooth_ |= chosen & smooth;
+    symmetric_ |= chosen & symmetric;
+    cusp_ |= chosen & ~(low | high);
+    notCusp_ |= chosen & (low | high);
+    canBeSmooth_ |= ((line & beforeControl) | (curve & (meetsCurve | beforeLine))) & ~smooth;
+    canBeSymmetric_ |= curve & meetsCurve & ~symmetric;
   }
-  return all;
-}();
+
+  unsigned Flags() const {
+    const auto flag = [](Word nodes, unsigned flags) { return TavMath::TopBitsOf(nodes) != 0 ? flags : 0u; };
+    return flag(line_ | curve_, Info::kHasContinuity | Info::kNotOpenStart) | flag(line_, Info::kLine) |
+           flag(curve_, Info::kCurve) | flag(cusp_, Info::kSomeCusp) | flag(smooth_, Info::kSomeSmooth) |
+           flag(symmetric_, Info::kSomeSymmetric) | flag(notCusp_, Info::kCanBeCusp) |
+           flag(canBeSmooth_, Info::kCanBeSmooth) | flag(canBeSymmetric_, Info::kCanBeSymmetric);
+  }
+
+ private:
+  Word line_{}, curve_{}, cusp_{}, smooth_{}, symmetric_{}, notCusp_{}, canBeSmooth_{}, canBeSymmetric_{};
+};
 
 /// One pass over the nodes, and what it has to remember.
 class EnablingInfo {
@@ -68,22 +81,25 @@ class EnablingInfo {
   EnablingInfo(const NODETYPE* types, int count) : types_(types), count_(count) {}
 
   int Collect() {
+    InnerNodes inner;  // a local, so that it stays in registers
+    InnerNodes::Word word, next;
     int first = 0;
-    for (; count_ - first > kRun; first += kRun) {
-      std::uint64_t word;
-      std::memcpy(&word, types_ + first, kRun);
-      const std::uint64_t moves = Lumo::MovesOf(word) & Lumo::kTopBits;
-      const std::uint64_t enabled = Lumo::EnabledOf(word) & Lumo::kTopBits;
-      if ((moves | enabled) == 0) continue;
-      if (moves == 0 && !types_[first + kRun].IsMove()) {
-        AddInner(first, std::popcount(enabled));
-      } else {
-        AddPicked(first, kRun);
-      }
+    for (; count_ - first > InnerNodes::kNodes; first += InnerNodes::kNodes) {
+      std::memcpy(&word, types_ + first, sizeof word);
+      std::memcpy(&next, types_ + first + 1, sizeof next);
+      Add(first, word, next, inner);
     }
-    AddPicked(first, count_ - first);
+    // A move node stands behind the path, as behind a subpath; control points without flags fill up.
+    const auto left = static_cast<std::size_t>(count_ - first);
+    unsigned char tail[InnerNodes::kNodes + 1];
+    std::memset(tail, NODETYPE::kControl, sizeof tail);
+    std::memcpy(tail, types_ + first, left);
+    std::memcpy(&word, tail, sizeof word);
+    tail[left] = NODETYPE::kMove;
+    std::memcpy(&next, tail + 1, sizeof next);
+    Add(first, word, next, inner);
     EndSubpath();
-    flags_ &= ~kCounted;
+    flags_ |= inner.Flags();
     return nodes_;
   }
 
@@ -108,69 +124,60 @@ class EnablingInfo {
   }
 
  private:
-  static constexpr int kRun = 8;  // nodes of a word
-
-  /// Nodes with neighbours on both sides, some of them enabled: looking all of them up costs less than
-  /// guessing which, until there is nothing left that they could add.
-  void AddInner(int first, int enabled) {
-    nodes_ += enabled;
-    if (((flags_ | subpathFlags_) & kAllInner) == kAllInner) {
-      subpathFlags_ |= kCounted;
-      return;
+  /// The nodes of a word; `next` is the word one node further.
+  void Add(int first, InnerNodes::Word word, InnerNodes::Word next, InnerNodes& innerNodes) {
+    const InnerNodes::Word move = Lumo::MovesOf(word), segment = Lumo::EnabledOf(word) & ~move,
+                           end = Lumo::MovesOf(next);
+    const unsigned moves = TavMath::TopBitsOf(move), segments = TavMath::TopBitsOf(segment);
+    if ((moves | segments) == 0) return;
+    const unsigned ends = TavMath::TopBitsOf(end);
+    innerNodes.Add(word, next, segment & ~end);
+    unsigned inner = segments & ~ends;
+    nodes_ += std::popcount(inner);
+    for (unsigned rest = moves | (segments & ends); rest != 0; rest &= rest - 1) {
+      const unsigned before = (rest & -rest) - 1;  // what of the word lies before this node
+      anyInSubpath_ |= (inner & before) != 0;
+      inner &= ~before;
+      const int i = first + std::countr_zero(rest);
+      if (types_[i].IsMove()) {
+        EndSubpath();
+        AddStart(i);
+      } else {
+        AddLast(i);
+      }
     }
-    for (int i = first; i < first + kRun; ++i) {
-      subpathFlags_ |= kInner[types_[i].value][types_[i + 1].value >> 6];
-    }
-  }
-
-  void AddPicked(int first, int nodes) {
-    const auto concerns = [](std::uint64_t word) { return Lumo::MovesOf(word) | Lumo::EnabledOf(word); };
-    Lumo::ForPickedNodes(types_ + first, nodes, concerns, [this, first](int i) { Add(first + i); });
-  }
-
-  /// A move node or an enabled line or curve node.
-  void Add(int i) {
-    const NODETYPE type = types_[i];
-    if (type.IsMove()) {
-      EndSubpath();
-      subpathFlags_ = StartSubpath(i);
-    } else if (i + 1 == count_ || types_[i + 1].IsMove()) {
-      subpathFlags_ |= Last(i);
-    } else {
-      subpathFlags_ |= kInner[type.value][types_[i + 1].value >> 6];
-      ++nodes_;
-    }
+    anyInSubpath_ |= inner != 0;
   }
 
   void EndSubpath() {
-    enabledSubpaths_ += subpathFlags_ != 0;
-    flags_ |= subpathFlags_;
-    subpathFlags_ = 0;
+    enabledSubpaths_ += anyInSubpath_;
+    anyInSubpath_ = false;
   }
 
   void Set(unsigned flags, bool on) { flags_ |= on ? flags : 0; }
 
-  /// The flags of a move node, 0 when it is not enabled.
-  unsigned StartSubpath(int i) {
+  void AddStart(int i) {
     const NODETYPE type = types_[i];
     ++subpaths_;
     first_ = i;
-    if (!type.IsEnabled()) return 0;
-    // Not counted: its twin, the last node, is.
-    if (type.IsClosed()) return SomeContinuity(type) | ContinuityFlags(type) | Info::kNotOpenStart;
-    ++nodes_;
-    ++openEnds_;
-    return SomeContinuity(type) | kCounted;
+    if (!type.IsEnabled()) return;
+    anyInSubpath_ = true;
+    flags_ |= SomeContinuity(type);
+    if (type.IsClosed()) {  // not counted: its twin, the last node, is
+      flags_ |= ContinuityFlags(type) | Info::kNotOpenStart;
+    } else {
+      ++nodes_;
+      ++openEnds_;
+    }
   }
 
-  /// The flags of an enabled line or curve node at the end of its subpath.
-  unsigned Last(int i) {
+  /// An enabled line or curve node at the end of its subpath.
+  void AddLast(int i) {
     const NODETYPE type = types_[i];
     ++nodes_;
-    // Along a closed subpath the node after the move node follows.
+    anyInSubpath_ = true;
     const bool beforeControl = type.IsClosed() && types_[first_ + 1].IsControl();
-    const unsigned flags = SegmentFlags(type, beforeControl, false) | kCounted;
-    return type.IsClosed() ? flags : flags | OpenEnd(i, type);
+    flags_ |= LastNodeFlags(type, beforeControl) | (type.IsClosed() ? 0u : OpenEnd(i, type));
   }
 
   unsigned OpenEnd(int i, NODETYPE type) {
@@ -188,7 +195,7 @@ class EnablingInfo {
   int count_;
   int nodes_ = 0;
   unsigned flags_ = 0;
-  unsigned subpathFlags_ = 0;  // of the current subpath; 0: nothing in it is enabled
+  bool anyInSubpath_ = false;  // of the current subpath: a node is enabled
   int endFlags_ = 0;
   int first_ = -1;
   int subpaths_ = 0;

@@ -10,9 +10,19 @@
 
 namespace Lumo {
 
-inline std::uint64_t MovesOf(std::uint64_t word) noexcept { return ~(word | word << 1); }
-inline std::uint64_t OnCurveOf(std::uint64_t word) noexcept { return ~(word & word << 1); }
-inline std::uint64_t EnabledOf(std::uint64_t word) noexcept { return OnCurveOf(word) & word << 7; }
+// For words of eight nodes or of sixteen.
+template <class Word>
+Word MovesOf(Word word) noexcept {
+  return ~(word | word << 1);
+}
+template <class Word>
+Word OnCurveOf(Word word) noexcept {
+  return ~(word & word << 1);
+}
+template <class Word>
+Word EnabledOf(Word word) noexcept {
+  return OnCurveOf(word) & word << 7;
+}
 inline std::uint64_t SelectedOf(std::uint64_t word) noexcept { return EnabledOf(word) & word << 5; }
 
 inline constexpr std::uint64_t kTopBits = 0x8080808080808080u;

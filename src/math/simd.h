@@ -46,6 +46,17 @@ inline bool AnyOf(FourInts flags) {
 #endif
 }
 
+/// The top bits of the sixteen bytes, byte i as bit i.
+inline unsigned TopBitsOf(FourWords v) {
+#if defined(__SSE2__)
+  return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(v)));
+#else
+  unsigned bits = 0;
+  for (unsigned i = 0; i < 16; ++i) bits |= (v[i / 4] >> (8 * (i % 4) + 7) & 1) << i;
+  return bits;
+#endif
+}
+
 /// The lesser and the greater of each pair; b where one is not a number.
 inline TwoDoubles Lesser(TwoDoubles a, TwoDoubles b) {
 #if defined(__SSE2__)
