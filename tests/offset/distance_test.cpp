@@ -1,6 +1,8 @@
 // Offsets of closed outlines against their definition: the points at the distance from the ground.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/offset_paths.h"
 
 namespace {
@@ -47,6 +49,19 @@ TEST(OffsetDistance, OutlinesThatCrossThemselvesAreTheGroundTheyCover) {
     std::vector<DPoint> points;
     for (int n = 0; n < 8; ++n) points.push_back(random.Point(50000));
     ExpectTrueOffset(ClosedPolygon(points), (k % 2 ? 1 : -1) * random.LogUniform(300, 20000));
+  }
+}
+
+TEST(OffsetDistance, OneOutlineThatOverlapsItselfRoundAHole) {
+  // A band laid round a hole, its two ends on top of each other: the hole belongs to the one outline.
+  std::vector<DPoint> band{{30000, 0},     {0, 0},         {0, 60000},     {60000, 60000},
+                           {60000, 0},     {20000, 0},     {20000, 15000}, {45000, 15000},
+                           {45000, 45000}, {15000, 45000}, {15000, 15000}, {30000, 15000}};
+  for (const bool reversed : {false, true}) {
+    for (const double offset : {4000.0, -4000.0, 12000.0, 16000.0, -8000.0})
+      ExpectTrueOffset(ClosedPolygon(band), offset);
+    std::reverse(band.begin(), band.end());
+    EXPECT_EQ(test::Flatten(OffsetOf(ClosedPolygon(band), 4000), 1).size(), 2u) << reversed;
   }
 }
 

@@ -286,6 +286,32 @@ TEST(OffsetDriver, CombiningTwoGroups) {
   EXPECT_NEAR(AreaOf(odd), 30000.0 * 20000, 1) << "indices are cut to the path";
 }
 
+TEST(OffsetDriver, GapsThatNobodySeesAreClosedWithoutANode) {
+  // Without a join the offset segments end apart, here by less than half a thousandth of the drawing.
+  const DoublePath half = test::ParsePath<DPoint>(
+      "M0,0 C0,500000 300000,900000 900000,900000 C1500000,900000 1800000,500000 1800000,0 L900000,-200000 "
+      "Z");
+  for (const DoublePath& path : {Square(0, 0, 2000000), half}) {
+    const DoublePath grown = OffsetOf(path, 200, With(new Lumo::NoCorner));
+    ASSERT_EQ(grown.count(), path.count()) << test::ToSvg(grown);
+    for (std::size_t k = 0; k < path.points.size(); ++k)
+      EXPECT_EQ(grown.types[k].Kind(), path.types[k].Kind()) << k;
+    EXPECT_GT(AreaOf(grown), AreaOf(path));
+  }
+  EXPECT_GT(OffsetOf(Square(0, 0, 2000000), 20000, With(new Lumo::NoCorner)).count(), 5)
+      << "a gap that shows";
+}
+
+TEST(OffsetDriver, NodesInTheMiddleOfAStraightSideLeaveNoTrace) {
+  const DoublePath marked =
+      ClosedPolygon({{0, 10000}, {0, 20000}, {7000, 20000}, {20000, 20000}, {20000, 0}, {9000, 0}, {0, 0}});
+  for (const double offset : {2000.0, -2000.0}) {
+    const DoublePath result = OffsetOf(marked, offset, With(new Lumo::Ray));
+    EXPECT_EQ(result.count(), 5) << test::ToSvg(result);
+    EXPECT_NEAR(AreaOf(result), (20000 + 2 * offset) * (20000 + 2 * offset), 1);
+  }
+}
+
 TEST(OffsetDriver, ZeroDistanceGivesTheGround) {
   EXPECT_NEAR(AreaOf(OffsetOf(Square(0, 0, 20000, false), 0)), 4e8, 1);
 }
@@ -337,6 +363,20 @@ TEST(OffsetMembers, PureCurveNeedsRequestAndPreference) {
   const PolycurveT<DPoint> pure = path.CreateParallelCurve(5000, std::nullopt, true);
   EXPECT_EQ(pure.GetSubpathCount(), 2u) << "two loose lines";
   EXPECT_EQ(path.CreateParallelCurve(5000).GetPointCount(), 3u) << "not requested";
+
+  const DoublePath hook = test::ParsePath<DPoint>("M0,0 L50000,0 C70000,0 90000,20000 90000,50000");
+  PolycurveT<DPoint> bent(hook.points.data(), hook.types.data(), hook.points.size());
+  for (const double distance : {5000.0, -5000.0}) {
+    const PolycurveT<DPoint> side = bent.CreateParallelCurve(distance, std::nullopt, true);
+    ASSERT_GE(side.GetPointCount(), 5u) << "the line and the curve";
+    EXPECT_EQ(side.GetSubpathCount(), 1u) << "they meet where the source is smooth";
+    EXPECT_NEAR(side.GetPoint(0).y, distance, 1e-6)
+        << "in the source's direction, on the left for a positive distance";
+    EXPECT_NEAR(side.GetPoint(side.GetPointCount() - 1).x, 90000 - distance, 1e-6);
+    EXPECT_TRUE(side.IsValidCurve());
+  }
+  bent.SetPoint(2, {std::numeric_limits<double>::quiet_NaN(), 0});
+  EXPECT_TRUE(bent.CreateParallelCurve(5000, std::nullopt, true).IsEmpty());
   TavPref::AllowPureOffsetCurve().SetValue(false);
 }
 

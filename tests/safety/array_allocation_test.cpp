@@ -140,7 +140,88 @@ TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
   };
   sweep("grown", closed(300));
   sweep("shrunk", closed(-300));
+  if constexpr (std::is_same_v<T, DPoint>) {
+    const Path<T> open = test::ParsePath<T>("M0,0 L9000,0 C12000,3000 12000,6000 9000,9000 L-500,9000");
+    const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 300, false);
+    sweep("closed", [&](Path<T>& out) {
+      Lumo::CloseOffsetCurves(open.points.data(), open.types.data(), open.count(), out.points, out.types,
+                              EOpenCurveOffsetSide::both, settings);
+    });
+    sweep("combined", [&](Path<T>& out) {
+      Lumo::CombineClosedOffsetCurves(path.points.data(), path.types.data(), path.count(), out.points,
+                                      out.types, 0, 9);
+    });
+  }
   EXPECT_GT(refused, 100);
+}
+
+/// A search that runs out of memory says so; the records it has made by then are whole pairs, which the table
+/// frees.
+TEST(TableAllocation, OfASearchLeavesNoHalfOfAPair) {
+  const Path<DPoint> path = test::ParsePath<DPoint>(
+      "M0,0 L9000,9000 M0,9000 L9000,0 M0,4000 C3000,9000 6000,-1000 9000,4000 M0,3000 L9000,3000 "
+      "M3000,3000 L20000,3000");
+  const auto search = [](Lumo::SegmentIntersectionTable& table, bool quick) {
+    if (quick) return Lumo::FindAllIntersections(table, {});
+    bool all = true;
+    for (std::size_t k = 0; k < table.Segments().size(); ++k)
+      all = Lumo::FindSegmentIntersections(static_cast<int>(k), table, {}) && all;
+    return all;
+  };
+  for (const bool quick : {false, true}) {
+    std::size_t records = 0;
+    long refused = 0;
+    for (long nth = 0; nth < 1000; ++nth) {
+      Lumo::SegmentIntersectionTable table;
+      ASSERT_GE(table.AddCurve(path.points.data(), path.types.data(), path.count()), 0);
+      FailingNew::FailFrom(nth);
+      const bool found = search(table, quick);
+      FailingNew::Never();
+      ASSERT_EQ(found, FailingNew::Failures() == 0) << "allocation " << nth;
+      records = 0;
+      for (const Lumo::SegmentIntersections& segment : table.Segments()) {
+        for (const Lumo::Intersection* record : segment.Intersections()) {
+          ++records;
+          ASSERT_NE(record->GetPartner(), nullptr) << "allocation " << nth;
+          ASSERT_EQ(record->GetPartner()->GetPartner(), record);
+          const auto other = static_cast<std::size_t>(record->GetPartner()->SegmentID());
+          ASSERT_GE(table.Segments()[other].GetIndex(record->GetPartner()), 0);
+        }
+      }
+      if (found) break;
+      ++refused;
+    }
+    EXPECT_GT(records, 12u);
+    EXPECT_GT(refused, 12);
+  }
+}
+
+TEST(ListAllocation, OfQueriesAndOfAListGivesTheStatedResult) {
+  const Path<tagPOINT> path = Drawing<tagPOINT>();
+  const tagRECT all{-50000, 50000, 50000, -50000};
+  FailingNew::FailFrom(0);
+  const bool none = CRV_NodeHitAll(&all, path.points.data(), path.types.data(), path.count()).empty();
+  FailingNew::Never();
+  EXPECT_TRUE(none);
+  EXPECT_FALSE(CRV_NodeHitAll(&all, path.points.data(), path.types.data(), path.count()).empty());
+
+  const Path<DPoint> damaged = Drawing<DPoint>();
+  const Lumo::CSegmentList before(damaged.points.data(), damaged.types.data(), damaged.count());
+  Lumo::CSegmentList list = before;
+  long refused = 0;
+  for (long nth = 0; nth < 1000; ++nth) {
+    Lumo::CurveRepairReport report;
+    FailingNew::FailFrom(nth);
+    const bool repaired = Lumo::RepairCurves(list, {}, &report);
+    FailingNew::Never();
+    ASSERT_EQ(repaired, FailingNew::Failures() == 0);
+    if (repaired) break;
+    ++refused;
+    ASSERT_EQ(list.size(), before.size()) << "allocation " << nth;
+    EXPECT_FALSE(report.Any());
+  }
+  EXPECT_GT(refused, 0);
+  EXPECT_LT(list.size(), before.size()) << "the repair has nothing to do: it proves nothing";
 }
 
 /// Bytes that the program holds, to notice what a failing call leaves behind.
