@@ -9,8 +9,7 @@ namespace Lumo::Planar {
 
 /// Which winding numbers of one operand count as inside.
 struct InsideRule {
-  enum class Kind { evenOdd, nonZero, positive, negative, atLeast } kind = Kind::nonZero;
-  int least = 1;  ///< For atLeast.
+  enum class Kind { evenOdd, nonZero, positive, negative } kind = Kind::nonZero;
 
   bool operator()(int winding) const {
     switch (kind) {
@@ -23,8 +22,6 @@ struct InsideRule {
         return winding < 0;
       case Kind::negative:
         return winding > 0;
-      case Kind::atLeast:
-        return -winding >= least;
     }
     return false;
   }

@@ -9,8 +9,6 @@ namespace {
 
 InsideRule RuleOf(WindingRule rule) {
   switch (rule) {
-    case WindingRule::evenOdd:
-      return {InsideRule::Kind::evenOdd};
     case WindingRule::nonZero:
       return {InsideRule::Kind::nonZero};
     case WindingRule::positive:

@@ -17,7 +17,7 @@ struct OutlineView {
 
 /// Which winding numbers belong to the region. Outlines of positive area (clockwise, y up: the sense that
 /// GetArea counts as positive) wind by +1.
-enum class WindingRule { evenOdd, nonZero, positive, negative };
+enum class WindingRule { nonZero, positive, negative };
 
 /// Replaces the contents of the two vectors by the boundary of the region: closed outlines that do not cross,
 /// each passing a point once, outer ones of positive area and holes of negative area. An outline that comes

@@ -56,7 +56,7 @@ int Sieve(Subpath& subpath, std::size_t fewest, IsUnwanted isUnwanted) {
   }
   // The end of the subpath stays where it is: there the node before it goes.
   while (kept.size() > std::max<std::size_t>(fewest, 1) && isUnwanted(kept.back())) {
-    TakeOut(subpath, kept.size() - 1);
+    TakeOutLast(subpath);
     ++removed;
   }
   return removed;

@@ -59,18 +59,11 @@ int FixTypes(Subpath& subpath) {
   return changed;
 }
 
-void TakeOut(Subpath& subpath, std::size_t k) {
+void TakeOutLast(Subpath& subpath) {
   std::vector<CSegment>& segments = subpath.segments;
-  const CSegment gone = segments[k];
-  segments.erase(segments.begin() + static_cast<std::ptrdiff_t>(k));
-  if (k < segments.size()) {
-    CSegment& next = segments[k];
-    const DVector shift = gone.StartPoint() - next.StartPoint();
-    next.SetStartPoint(gone.StartPoint());
-    if (!next.IsLine()) next.SetControl(1, next.Points()[1] + shift);
-    return;
-  }
-  CSegment& previous = segments[k - 1];
+  const CSegment gone = segments.back();
+  segments.pop_back();
+  CSegment& previous = segments.back();
   const DVector shift = gone.EndPoint() - previous.EndPoint();
   previous.SetEndPoint(gone.EndPoint());
   if (!previous.IsLine()) previous.SetControl(2, previous.Points()[2] + shift);

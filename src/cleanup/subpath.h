@@ -35,9 +35,9 @@ CSegmentList Assemble(const std::vector<Subpath>& subpaths);
 /// changed.
 int FixTypes(Subpath& subpath);
 
-/// Takes out segment k of several: the next one starts where it did, or the previous one ends where it did
-/// when k is the last. Handles move along. The ends of the subpath keep their places and flags.
-void TakeOut(Subpath& subpath, std::size_t k);
+/// Takes out the last of several segments: the one before it ends where it did, its handle moves along. The
+/// end of the subpath keeps its place and flags.
+void TakeOutLast(Subpath& subpath);
 
 /// Each returns how many segments or handles it changed.
 int RemoveZeroLength(Subpath& subpath);

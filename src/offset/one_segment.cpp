@@ -13,10 +13,6 @@ void Part::MoveStart(const DPoint& to) {
   curve[1] += to - curve[0];
   curve[0] = to;
 }
-void Part::MoveEnd(const DPoint& to) {
-  curve[2] += to - curve[3];
-  curve[3] = to;
-}
 
 namespace {
 

@@ -25,9 +25,8 @@ struct Part {
 
   const DPoint& Start() const { return curve[0]; }
   const DPoint& End() const { return curve[3]; }
-  /// Moves an end; the handle at that end moves along, so that the tangent stays.
+  /// Moves the start; its handle moves along, so that the tangent stays.
   void MoveStart(const DPoint& to);
-  void MoveEnd(const DPoint& to);
 };
 
 /// The offset of one source segment: a line, or the cubics of a curve in order, empty when the segment has no

@@ -4,6 +4,7 @@
 
 #include "edit/fit.h"
 #include "edit/slow_edit.h"
+#include "tav/math/cubic_bezier.h"
 
 namespace {
 
@@ -231,6 +232,22 @@ TYPED_TEST(Delete, AfterAddGivesTheFormerCubicBack) {
     }
   }
   std::printf("add and delete: %d cubics of size 1e5, off by at most %.3g\n", tried, worst);
+}
+
+TEST(DeleteDouble, GivesBackACubicThatWasSplitThousandsOfTimes) {
+  // More pieces than the fit takes samples.
+  const DPoint cubic[4] = {{0, 0}, {30000, 90000}, {80000, -20000}, {100000, 10000}};
+  constexpr int kPieces = 3000;
+  Path<DPoint> path;
+  path.Add(NODETYPE(0x04), cubic[0]);
+  for (int k = 0; k < kPieces; ++k) {
+    DPoint piece[4];
+    TavMath::CubicBezier::Subsection(1.0 * k / kPieces, (k + 1.0) / kPieces, cubic, piece);
+    for (int c = 1; c < 4; ++c) path.Add(NODETYPE(c < 3 ? 0xC0 : k + 1 < kPieces ? 0x85 : 0x84), piece[c]);
+  }
+  const Path<DPoint> left = Deleted(path);
+  ASSERT_EQ(left.count(), 4);
+  for (std::size_t c = 0; c < 4; ++c) EXPECT_LT(Distance(left.points[c], cubic[c]), 1e-3) << c;
 }
 
 TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {

@@ -92,6 +92,16 @@ TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanIt
   EXPECT_EQ(path.GetBufferSetCount(2).count, 2u);
   EXPECT_EQ(path.GetBufferSetCount(static_cast<std::size_t>(-1) / 2).count, 0u) << "no room: an empty buffer";
   EXPECT_EQ(path.GetPointCount(), 2u);
+
+  // Classes of the host hand on what an in-place function returned: a negative count is its failure.
+  struct Derived : PolycurveT<TypeParam> {
+    using PolycurveT<TypeParam>::ReleaseBufferInternal;
+  } own;
+  own.GetBuffer(4);
+  for (const int n : {-1, -2147483647 - 1, 5}) EXPECT_FALSE(own.ReleaseBufferInternal(n)) << n;
+  EXPECT_EQ(own.GetPointCount(), 4u);
+  EXPECT_TRUE(own.ReleaseBufferInternal(3));
+  EXPECT_EQ(own.GetPointCount(), 3u);
 }
 
 TYPED_TEST(Polycurve, AMovedFromPathIsEmptyAndUsable) {

@@ -1,5 +1,5 @@
-// One array of a path's two is missing: that is no path. Queries answer as for no path at all, edits leave the
-// array that is there alone, builders write nothing.
+// One array of a path's two is missing: that is no path. Queries answer as for no path at all, edits leave
+// the array that is there alone, builders write nothing.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,8 @@ TYPED_TEST_SUITE(OneArray, PointTypes);
 
 template <class T>
 Path<T> Drawing() {
-  return test::ParsePath<T>("M0,0 e L9000,0 e L9000,0 C12000,3000 12000,6000 9000,9000 e L0,9000 Z M5,5 L7,7 e");
+  return test::ParsePath<T>(
+      "M0,0 e L9000,0 e L9000,0 C12000,3000 12000,6000 9000,9000 e L0,9000 Z M5,5 L7,7 e");
 }
 
 template <class T>
@@ -60,8 +61,7 @@ std::vector<Query<T>> Queries() {
          return CRV_GetPointOnCurve(&out, p, t, 1, 0.5);
        }},
       {"CSegmentList", [](auto p, auto t, int n) { return Lumo::CSegmentList(p, t, n).size(); }},
-      {"PolycurveT",
-       [=](auto p, auto t, int n) { return PolycurveT<T>(p, t, size(n)).GetPointCount(); }},
+      {"PolycurveT", [=](auto p, auto t, int n) { return PolycurveT<T>(p, t, size(n)).GetPointCount(); }},
       {"PolycurveRefT",
        [=](auto p, auto t, int n) {
          return PolycurveT<T>(Lumo::PolycurveRefT<T>(p, t, size(n))).GetPointCount();
@@ -107,7 +107,8 @@ std::vector<Query<T>> Queries() {
                     }});
     list.push_back({"CloseOffsetCurves", [](auto p, auto t, int n) {
                       Path<T> out;
-                      const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 500, false);
+                      const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 500,
+                                                                  false);
                       Lumo::CloseOffsetCurves(p, t, n, out.points, out.types,
                                               Lumo::Offset::EOpenCurveOffsetSide::both, settings);
                       return out.points.size();
@@ -149,7 +150,8 @@ std::vector<Edit<T>> Edits() {
        }},
       {"RemoveShortSegments",
        [](T* p, NODETYPE* t, int n) { return Lumo::RemoveShortSegments(p, t, n, 10, 10); }},
-      {"RemoveSmallSubpaths", [](T* p, NODETYPE* t, int n) { return Lumo::RemoveSmallSubpaths(p, t, n, 10); }},
+      {"RemoveSmallSubpaths",
+       [](T* p, NODETYPE* t, int n) { return Lumo::RemoveSmallSubpaths(p, t, n, 10); }},
       {"ScrubDanglingMoves",
        [](T* p, NODETYPE* t, int n) { return Lumo::ScrubDanglingMoves(p, t, n, false); }},
       {"RepairContinuity", [](T* p, NODETYPE* t, int n) { return Lumo::RepairContinuity(p, t, n, {}); }},
@@ -178,7 +180,8 @@ TYPED_TEST(OneArray, IsLeftAloneByAnEdit) {
     EXPECT_TRUE(path == before);
   }
   Path<T> to = before;
-  Lumo::CopyPath(to.points.data(), to.types.data(), 0, static_cast<const T*>(nullptr), before.types.data(), 3, 2);
+  Lumo::CopyPath(to.points.data(), to.types.data(), 0, static_cast<const T*>(nullptr), before.types.data(), 3,
+                 2);
   Lumo::CopyPath(to.points.data(), to.types.data(), 0, before.points.data(), nullptr, 3, 2);
   EXPECT_TRUE(to == before) << "copied from one array";
 }
@@ -217,8 +220,8 @@ TEST(OneArrayOfACorner, GetsNoJoin) {
   const NODETYPE types[] = {NODETYPE(0x04), NODETYPE(0x44), NODETYPE(0x44)};
   const Lumo::Round round;
   const Lumo::MiteredCorner miter(30, nullptr);
-  for (const Lumo::OffsetCorner* join : {static_cast<const Lumo::OffsetCorner*>(&round),
-                                         static_cast<const Lumo::OffsetCorner*>(&miter)}) {
+  for (const Lumo::OffsetCorner* join :
+       {static_cast<const Lumo::OffsetCorner*>(&round), static_cast<const Lumo::OffsetCorner*>(&miter)}) {
     std::vector<DPoint> out;
     std::vector<NODETYPE> outTypes;
     join->CreateCorner(out, outTypes, 0, 1, points, nullptr, 10, 0.1);
