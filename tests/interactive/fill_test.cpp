@@ -203,6 +203,8 @@ TEST(FacePoint, OfShapesOfAFewUnits) {
   EXPECT_EQ(find("M0,0 L2,0 L2,2 L0,2 Z"), 1);
   EXPECT_EQ(p, (tagPOINT{1, 1}));
   EXPECT_EQ(find("M0,0 L1,0 L1,1 L0,1 Z"), 0) << "no grid point inside";
+  EXPECT_EQ(find("M0,1 L10,2 L20,1 L10,0 Z"), 1) << "corners on the one row there is";
+  EXPECT_EQ(p, (tagPOINT{10, 1}));
   EXPECT_EQ(find("M0,0 L9,9"), 0);
   EXPECT_EQ(find("M0,0"), 0);
   EXPECT_EQ(find("M-2147483648,-2147483648 L2147483647,-2147483648 L2147483647,2147483647 Z"), 1);
