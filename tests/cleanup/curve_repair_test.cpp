@@ -6,6 +6,7 @@
 #include "support/generators.h"
 #include "support/guarded_array.h"
 #include "support/oracles.h"
+#include "tav/math/cubic_bezier.h"
 
 namespace {
 
@@ -183,6 +184,36 @@ TYPED_TEST(CurveRepair, EasesTightEnds) {
   EXPECT_EQ(eased.points[2], path.points[2]);
   settings.SetTightEndpointRadiusLimit(0.1);
   EXPECT_EQ(Repaired(path, settings), path);
+}
+
+TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
+  // A loop would be split by the next repair, its halves have tight ends of their own, and so on.
+  using T = TypeParam;
+  CurveRepairSettings settings;
+  settings.SetFixTightEndpointRadius(true);
+  settings.SetTightEndpointRadiusLimit(20000);
+  settings.SetMinBezierLength(0);
+  const auto loops = [](const Path<T>& path) {
+    DPoint p[4], at;
+    double t0, t1;
+    for (std::size_t k = 0; k < 4; ++k)
+      p[k] = {static_cast<double>(path.points[k].x), static_cast<double>(path.points[k].y)};
+    return TavMath::CubicBezier::FindBezierSelfIntersection(p, t0, t1, at);
+  };
+  test::Bits bits(94);
+  test::PathOptions options;
+  options.range = 10000;
+  int eased = 0;
+  for (int k = 0; k < 4000; ++k) {
+    Path<T> path;
+    for (const int type : {0x04, 0xC0, 0xC0, 0x84})
+      path.Add(NODETYPE(static_cast<unsigned char>(type)), test::RandomPoint<T>(bits, options));
+    if (loops(path)) continue;
+    const Path<T> after = Repaired(path, settings);
+    eased += !(after.points == path.points);
+    ASSERT_FALSE(loops(after)) << path << " becomes " << after;
+  }
+  EXPECT_GT(eased, 1000);
 }
 
 TYPED_TEST(CurveRepair, SplitsBeziersThatOverlapThemselves) {
