@@ -81,6 +81,9 @@ TEST(InverseLength, ReachesTheAskedFraction) {
       ASSERT_TRUE(t >= 0 && t <= 1);
       EXPECT_NEAR(static_cast<double>(oracle.Over(0, t) / whole), fraction, kPromised);
     }
+    const PowerForm k = ToPowerForm(c.data());
+    const double half = GetCurveRelativeLengthParameter(k.k3, k.k2, k.k1, 0.5);
+    EXPECT_NEAR(static_cast<double>(oracle.Over(0, half) / whole), 0.5, kPromised) << ToSvg(c);
   });
 }
 
