@@ -217,10 +217,19 @@ TEST(Intersections, TangencyIsATouchOnce) {
       CurvePath({DPoint{-3000, -1000}, DPoint{-1000, 3000}, DPoint{1000, -3000}, DPoint{3000, 1000}}),
       LinePath({-5000, 0}, {5000, 0}));
   EXPECT_EQ(wave.on().size(), 3u);
-  const Met cubic(CurvePath({DPoint{-3000, -1000}, DPoint{-1000, 0}, DPoint{1000, 0}, DPoint{3000, 1000}}),
-                  LinePath({-5000, 0}, {5000, 0}));
-  ASSERT_EQ(cubic.on().size(), 1u);
-  EXPECT_FALSE(cubic.on()[0]->IsTouch());
+  const Drawing through =
+      CurvePath({DPoint{-3000, -1000}, DPoint{-1000, 1000}, DPoint{1000, -1000}, DPoint{3000, 1000}});
+  const Drawing level = LinePath({-5000, 0}, {5000, 0});
+  const Drawing back =
+      CurvePath({DPoint{3000, -1000}, DPoint{1000, 1000}, DPoint{-1000, -1000}, DPoint{-3000, 1000}});
+  const std::pair<const Drawing*, const Drawing*> pairs[] = {
+      {&through, &level}, {&level, &through}, {&through, &back}};
+  for (const auto& [first, second] : pairs) {
+    const Met cubic(*first, *second);
+    ASSERT_EQ(cubic.on().size(), 1u);
+    EXPECT_NEAR(cubic.ta(0), 0.5, 1e-3) << "a contact of order three";
+    EXPECT_FALSE(cubic.on()[0]->IsTouch()) << "it comes out on the other side";
+  }
 }
 
 TEST(Intersections, LoopOfOneCubicIsRecordedTwiceOnIt) {
