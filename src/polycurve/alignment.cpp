@@ -36,15 +36,13 @@ TavMath::BoundsT<double> BoxOfEnabled(const T* points, const NODETYPE* types, st
   return box;
 }
 
-/// Moves every selected on-curve node; a closed node once, by its move node.
+/// Moves every selected on-curve node. A target stands still when it is asked again, so a closed node may come
+/// up twice.
 template <class T, class Target>
 bool MoveEnabled(PolycurveT<T>& path, Target target) {
   return WriteInPlace(path, [&](T* points, NODETYPE* types, int count) {
     for (int i = 0; i < count; ++i) {
-      if (!IsMovable(types[i])) continue;
-      const int twin = types[i].IsMove() ? -1 : OtherClosedEnd(types, i, count);
-      if (twin < 0 || !types[twin].IsEnabled())
-        MoveNode(points, types, count, i, FromDouble<T>(target(points[i])));
+      if (IsMovable(types[i])) MoveNode(points, types, count, i, FromDouble<T>(target(points[i])));
     }
   });
 }
