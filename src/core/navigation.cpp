@@ -28,7 +28,8 @@ int NN(const NODETYPE* types, int i, int count) noexcept {
   if (!InPath(types, count, i)) return i;
   if (!IsLast(types, count, i)) return i + 1;
   if (!types[i].IsClosed() || types[i].IsMove()) return i;
-  return std::min(WalkBackToMove(types, i) + 1, i);  // i itself where the move node is missing
+  const int next = WalkBackToMove(types, i) + 1;
+  return next < count ? next : i;  // an array that is one closed node without a move node has no other
 }
 
 int PN(const NODETYPE* types, int i, int count) noexcept {
@@ -134,9 +135,9 @@ int CRV_TwoNodesInSameSubpath(const NODETYPE* types, int count, int a, int b) no
 }
 
 int CRV_CountNodesInSubpath(const NODETYPE* types, int first, int count) noexcept {
-  if (types == nullptr || first < 0) return 1;
+  if (types == nullptr || first < 0 || first >= count) return 1;
   int nodes = 1;
-  while (first + nodes < count && !types[nodes].IsMove()) ++nodes;
+  while (nodes < count - first && !types[nodes].IsMove()) ++nodes;
   return nodes;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <vector>
 
 #include "support/generators.h"
@@ -154,6 +155,12 @@ TEST(Navigation, StaysInsideMalformedArrays) {
   const NODETYPE handlesOnly[] = {0x0C, 0xC0, 0xC0};
   EXPECT_EQ(NNControl(handlesOnly, 1, 3), 1);
   EXPECT_EQ(PNControl(handlesOnly, 1, 3), 1);
+  // A closed end whose move node is missing wraps to the node after the array's first, while there is one.
+  const NODETYPE noMove[] = {0x48, 0x04, 0x44};
+  EXPECT_EQ(NN(noMove, 0, 3), 1);
+  EXPECT_EQ(NN(noMove, 0, 1), 0);
+  EXPECT_EQ(CRV_CountNodesInSubpath(noMove, 5, 3), 1);
+  EXPECT_EQ(CRV_CountNodesInSubpath(noMove, INT_MAX, 3), 1);
   EXPECT_EQ(NN(nullptr, 3, 5), 3);
   EXPECT_EQ(crvProblem(), 0);
 }
