@@ -26,4 +26,24 @@ TEST(Reverse, RederivesKindsFromTheSegmentThatNowEndsAtANode) {
   EXPECT_EQ(Bytes(types), (std::vector<int>{0x04, 0xC0, 0xC0, 0x84, 0x44}));
 }
 
+TEST(PathArray, OpensAndClosesGapsOverItself) {
+  const std::vector<int> before{0x04, 0xC0, 0xC1, 0x84, 0x44, 0x45, 0x46};
+  std::vector<NODETYPE> types(before.begin(), before.end());
+  std::vector<tagPOINT> points;
+  for (int k = 0; k < 7; ++k) points.push_back({k, -k});
+  PathInsNext(types.data(), points.data(), 1, 2, 5);
+  EXPECT_EQ(Bytes(types), (std::vector<int>{0x04, 0xC0, 0xC1, 0xC0, 0xC1, 0x84, 0x44}));
+  EXPECT_EQ(points[6], (tagPOINT{4, -4}));
+  PathDelNext(types.data(), points.data(), 1, 2, 7);
+  EXPECT_EQ(Bytes(types), (std::vector<int>{0x04, 0xC0, 0xC1, 0x84, 0x44, 0x84, 0x44}));
+  Lumo::MovePath(points.data(), types.data(), 1, 0, 4);
+  EXPECT_EQ(Bytes(types), (std::vector<int>{0x04, 0x04, 0xC0, 0xC1, 0x84, 0x84, 0x44}));
+  EXPECT_EQ(points[4], (tagPOINT{3, -3}));
+  Lumo::MovePath(points.data(), types.data(), 0, 1, 4);
+  EXPECT_EQ(Bytes(types), (std::vector<int>{0x04, 0xC0, 0xC1, 0x84, 0x84, 0x84, 0x44}));
+  // No source: a null literal needs no cast to say so.
+  Lumo::CopyPath(points.data(), types.data(), 0, nullptr, nullptr, 0, 3);
+  EXPECT_EQ(points[1], (tagPOINT{1, -1}));
+}
+
 }  // namespace

@@ -57,6 +57,8 @@ TEST(PointOnCurve, LeavesTheOutputAloneElsewhere) {
       EXPECT_EQ(out, (tagPOINT{7, 7}));
     }
   }
+  const NODETYPE line[] = {0x04, 0x44};
+  EXPECT_EQ(CRV_GetPointOnCurve(nullptr, points, line, 1, 0.5), 0);
 }
 
 TEST(ShortSegments, AreThoseWithEveryPointWithinTheTolerance) {
