@@ -9,6 +9,11 @@ int main() {
   Lumo::Reverse(points, types, 3);
   const bool turned = points[0].y == 20 && types[0].IsMove() && types[2].IsLine();
   const bool sameVersion = Lumo::Version() == LUMO_VERSION;
+  // One header gives the companions of the paths too.
+  const bool companions =
+      TavMath::Degrees::GetFineAngle({1, 0}, {0, -1}) == 90 &&
+      &TavPref::AllowPureOffsetCurve() ==
+          TavPref::CAppPrefManager::GetInstance().FindBool("Lumo/AllowShiftToAccessPureOffsetCurve");
   std::printf("reversed: %d, version %d\n", turned, Lumo::Version());
-  return turned && sameVersion ? 0 : 1;
+  return turned && sameVersion && companions ? 0 : 1;
 }
