@@ -1,6 +1,13 @@
 #pragma once
+// The two bring std::chrono along, whose min() and max() a Windows host's macros would break.
+#pragma push_macro("min")
+#pragma push_macro("max")
+#undef min
+#undef max
 #include <mutex>
 #include <shared_mutex>
+#pragma pop_macro("max")
+#pragma pop_macro("min")
 
 #include "lumo/export.h"
 
