@@ -36,8 +36,8 @@ LUMO_TEMPLATE_API int CRV_Add(T* points, NODETYPE* types, int count, int index, 
                               int smooth) noexcept;
 /// Splits the segment that ends at every enabled node in its middle, with smoothing. The enabled flag of the
 /// enabled nodes becomes enableOld (also of those where nothing was inserted), that of the inserted nodes
-/// enableNew; only bit 0 of each counts, and closed twins are not written. Room: 3 for each enabled curve
-/// node, 1 for each enabled line node.
+/// enableNew; only bit 0 of each counts, and closed twins are not written. A handle that loses the flag is
+/// hidden. Room: 3 for each enabled curve node, 1 for each enabled line node.
 template <class T>
 LUMO_TEMPLATE_API int CRV_AddEnabled(T* points, NODETYPE* types, int count, int enableOld,
                                      int enableNew) noexcept;

@@ -314,6 +314,11 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool TranslatePoints(const Vector& offset) noexcept {
     return TransformPoints(MATRIX{1, 0, 0, 1, offset.x, offset.y});
   }
+  template <class Vector>
+    requires(!std::is_same_v<Vector, Translation> && requires(Vector v) { TavMath::DVector{v.x, v.y}; })
+  bool TranslatePoints(const Vector& offset, std::size_t first, std::size_t last) noexcept {
+    return TransformPoints(MATRIX{1, 0, 0, 1, offset.x, offset.y}, first, last);
+  }
   /// Scales and moves the path so that its tight box becomes the rectangle; an extent of zero is only moved.
   bool TransformToFit(const Box& rect) noexcept;
 

@@ -91,6 +91,11 @@ TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
   path.TranslatePoints({1, 0}, 0, 0);
   EXPECT_EQ(path.GetPoint(0), (T{5, 5}));
   EXPECT_EQ(path.GetPoint(1), (T{14, 5}));
+  path.TranslatePoints(TavMath::vector2dT<double, 0>{2.5, -1}, 1, 0);
+  path.TranslatePoints(TavMath::vector2dT<double, 1>{0.5, 0}, 1, 1);
+  const double rounded = std::is_same_v<T, tagPOINT> ? 1 : 0;
+  EXPECT_EQ(path.GetPoint(0).x, 7.5 + 0.5 * rounded) << "any kind of vector, rounded for integer points";
+  EXPECT_EQ(path.GetPoint(1).x, 17 + rounded);
 }
 
 TEST(EditingInteger, TranslationSaturates) {
