@@ -36,8 +36,8 @@ TavMath::BoundsT<double> BoxOfEnabled(const T* points, const NODETYPE* types, st
   return box;
 }
 
-/// Moves every selected on-curve node. A target stands still when it is asked again, so a closed node may come
-/// up twice.
+/// Moves every selected on-curve node. A target stands still when it is asked again, so a closed node may
+/// come up twice.
 template <class T, class Target>
 bool MoveEnabled(PolycurveT<T>& path, Target target) {
   return WriteInPlace(path, [&](T* points, NODETYPE* types, int count) {
