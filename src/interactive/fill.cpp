@@ -51,16 +51,28 @@ class RowCrossings {
     });
   }
 
-  /// The middle of the widest stretch inside that holds a grid point strictly, rounded; its width, or 0.
-  double Widest(int& x) const noexcept {
+  /// The middle of the widest stretch inside that holds a grid point strictly, rounded, and the stretch's
+  /// width; 0 when there is none. The stretch is gone then: the next call gives the next widest.
+  double TakeWidest(int& x) noexcept {
     double best = 0;
+    int at = -1;
     for (int k = 0; k + 1 < size_; k += 2) {
       const double low = std::floor(at_[k]) + 1, high = std::ceil(at_[k + 1]) - 1;
       if (low > high || !(at_[k + 1] - at_[k] > best)) continue;
       best = at_[k + 1] - at_[k];
       x = TavMath::RoundToInt(std::clamp(std::floor(0.5 * (at_[k] + at_[k + 1])), low, high));
+      at = k;
     }
+    if (at >= 0) at_[at + 1] = at_[at];
     return best;
+  }
+
+  /// Parts the stretches at nodes on the row, where the outline touches it or runs along it.
+  void PartAtNodes(const tagPOINT* points, const NODETYPE* types, int count) noexcept {
+    for (int i = 0; i < count; ++i) {
+      if (points[i].y != row_ || !types[i].IsOnCurve()) continue;
+      for (int end = 0; end < 2; ++end) AddAt(points[i].x);
+    }
   }
 
  private:
@@ -111,6 +123,27 @@ std::int64_t RowOrder(int k, std::int64_t n) {
   return static_cast<std::int64_t>(fraction * static_cast<double>(n));
 }
 
+/// The middle of the widest stretch of the candidate's row that is wider than `least` and whose middle lies
+/// inside; its width, or 0.
+double WidestInside(const tagPOINT* points, const NODETYPE* types, int count, double least,
+                    tagPOINT& candidate) noexcept {
+  const auto isInside = [&] {
+    int inside = 0;
+    return UTLIsPointInFill(points, types, count, candidate, &inside) != 0 && inside != 0;
+  };
+  RowCrossings row(points, types, count, candidate.y);
+  double width = row.TakeWidest(candidate.x);
+  if (!(width > least) || isInside()) return width;
+  // On the outline: a stretch beside it may do.
+  RowCrossings parted(points, types, count, candidate.y);
+  parted.PartAtNodes(points, types, count);
+  for (int k = 0; k < kFaceTries; ++k) {
+    width = parted.TakeWidest(candidate.x);
+    if (!(width > least) || isInside()) return width;
+  }
+  return 0;
+}
+
 }  // namespace
 
 int UTLIsPointInFill(const tagPOINT* points, const NODETYPE* types, int count, tagPOINT point,
@@ -157,12 +190,9 @@ int UTLGetFacePoint(const tagPOINT* points, const NODETYPE* types, int count, ta
   for (int k = 0; k < kFaceRows && k < rows && (all || finds < kFaceFinds); ++k) {
     const std::int64_t row = all ? k : RowOrder(k, rows);
     const auto y = static_cast<int>(box.top + 1 + row);
-    int x = 0;
-    const double width = RowCrossings(points, types, count, y).Widest(x);
-    const tagPOINT candidate{x, y};
-    int inside = 0;
-    if (!(width > best) || UTLIsPointInFill(points, types, count, candidate, &inside) == 0 || inside == 0)
-      continue;
+    tagPOINT candidate{0, y};
+    const double width = WidestInside(points, types, count, best, candidate);
+    if (!(width > best)) continue;
     best = width;
     *out = candidate;
     ++finds;

@@ -17,5 +17,7 @@ inline constexpr int kFaceRows = 128;
 inline constexpr int kFaceFinds = 8;
 /// Crossings of a row that are looked at, the leftmost ones: a buffer on the stack.
 inline constexpr int kFaceCrossings = 256;
+/// Stretches of a row that are tried, from the widest on, when nodes of the outline lie on the row.
+inline constexpr int kFaceTries = 4;
 
 }  // namespace Lumo::Interactive

@@ -28,7 +28,7 @@ template <class T>
 bool OutwardTangent(const T* points, const NODETYPE* types, int count, int end, DVector& outward) {
   const bool atStart = types[end].IsMove();
   const int own = atStart ? end + 1 : end;
-  if (own >= count || types[own].IsMove()) return false;
+  if (own >= count) return false;
   const int length = types[own].IsLine() ? 1 : 3;
   const int first = atStart ? end : own - length;
   if (!IsPosition(types, count, {first, first + length, 0})) return false;

@@ -66,6 +66,25 @@ TEST(Boolean, KeepsCurvesAndWhatIsKnownOfTheirNodes) {
   EXPECT_EQ(cusps, 2);  // where the circles cross; all other nodes stay smooth
 }
 
+TEST(Boolean, ShowsTheHandlesOfUncutCurvesThatWereShown) {
+  // Of the curve from (0,0) to (100,0) the handle at (20,50) is shown and selected; a square cuts the line.
+  Path<DPoint> arch = ParsePath<DPoint>("M0 0 C20 50 80 60 100 0 Z");
+  arch.types[1] |= NODETYPE::kUser | NODETYPE::kEnabled;
+  const auto square = Parse<DPoint>("M40 -20 L40 10 L60 10 L60 -20 Z");
+  for (const bool reversed : {false, true}) {
+    if (reversed) Lumo::Reverse(arch.points.data(), arch.types.data(), arch.count());
+    const Path<DPoint> result = ToPath(Lumo::Union(ToCurve(arch), square));
+    int handles = 0;
+    for (std::size_t k = 0; k < result.points.size(); ++k) {
+      if (!result.types[k].IsControl()) continue;
+      ++handles;
+      EXPECT_EQ(result.types[k].IsUser() && result.types[k].IsEnabled(), result.points[k] == (DPoint{20, 50}))
+          << result;
+    }
+    EXPECT_EQ(handles, 2) << result;
+  }
+}
+
 TEST(Boolean, JoinsThePiecesOfASegmentThatWasCutForNothing) {
   // The bar's ends lie inside the square, whose lower side is cut and must be whole again: one line.
   const auto square = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),

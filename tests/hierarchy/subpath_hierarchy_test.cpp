@@ -119,6 +119,17 @@ TYPED_TEST(Hierarchy, CountsAreasByDirectionAndDropsCutOffs) {
   negative.EliminateCutOffs(false);
   EXPECT_EQ(Shape(negative, path), "");
 
+  PolycurveT<T> flat;  // there and back: an area of 0 is not positive
+  const T line[3] = {At<T>(0, 0), At<T>(50, 0), At<T>(0, 0)};
+  const NODETYPE types[3] = {0x0C, 0x44, 0x48};
+  flat.PushBack(line, types, 3);
+  positive = negative = Tree(flat);
+  ASSERT_EQ(Shape(positive, flat), "0");
+  positive.EliminateCutOffs(true);
+  EXPECT_EQ(Shape(positive, flat), "");
+  negative.EliminateCutOffs(false);
+  EXPECT_EQ(Shape(negative, flat), "0");
+
   PolycurveT<T> back;
   tree.AppendToPolycurve(back);
   EXPECT_TRUE(back == path);

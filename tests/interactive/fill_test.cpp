@@ -205,6 +205,10 @@ TEST(FacePoint, OfShapesOfAFewUnits) {
   EXPECT_EQ(find("M0,0 L1,0 L1,1 L0,1 Z"), 0) << "no grid point inside";
   EXPECT_EQ(find("M0,1 L10,2 L20,1 L10,0 Z"), 1) << "corners on the one row there is";
   EXPECT_EQ(p, (tagPOINT{10, 1}));
+  EXPECT_EQ(find("M0,1 L10,1 L10,2 L20,2 L20,0 L0,0 Z"), 1) << "and a side along it";
+  EXPECT_EQ(p, (tagPOINT{15, 1}));
+  EXPECT_EQ(find("M0,0 L40,0 L40,2 L22,2 L20,1 L18,2 L0,2 Z"), 1) << "and a notch down to it in the middle";
+  EXPECT_TRUE(p.y == 1 && (p.x == 10 || p.x == 30)) << p.x;
   EXPECT_EQ(find("M0,0 L9,9"), 0);
   EXPECT_EQ(find("M0,0"), 0);
   EXPECT_EQ(find("M-2147483648,-2147483648 L2147483647,-2147483648 L2147483647,2147483647 Z"), 1);

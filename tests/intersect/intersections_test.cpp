@@ -259,6 +259,8 @@ TEST(Intersections, GapsAreCoveredBetweenNearestEnds) {
   settings.SetGapTolerance(100);
   EXPECT_EQ(Met(LinePath({0, 0}, {1000, 0}), LinePath({1050, 0}, {2000, 0}), settings).on().size(), 0u);
   settings.SetCoverGaps(true);
+  EXPECT_EQ(Met(LinePath({0, 0}, {1000, 0}), LinePath({960, -60}, {960, 900}), settings).on().size(), 1u)
+      << "what crosses has no gap, however near the ends";
   const Met met(LinePath({0, 0}, {1000, 0}), LinePath({1050, 0}, {2000, 0}), settings);
   ASSERT_EQ(met.on().size(), 1u);
   EXPECT_EQ(met.ta(0), 1);

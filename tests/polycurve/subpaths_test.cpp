@@ -57,6 +57,7 @@ TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
   EXPECT_EQ(letters[0].GetPointCount(), 2u) << "what stands before the first letter";
   EXPECT_EQ(letters[1].GetPointCount(), 4u);
   EXPECT_EQ(letters[2].GetPoint(0).x, 9);
+  EXPECT_EQ(Parse<T>("M5,5l L6,6 M9,9l L10,10").GetLetterCurves().size(), 2u) << "nothing before the first";
   EXPECT_TRUE(path.ClearLetterFlags());
   EXPECT_FALSE(path.ClearLetterFlags()) << "none left";
   EXPECT_EQ(path.GetLetterCurves().size(), 1u);
