@@ -77,6 +77,18 @@ TEST(PairCrossing, AgreesWithTheGeneralCurveCrossing) {
   EXPECT_GT(crossings, 500);
 }
 
+TEST(PairCrossing, OfACurveThatEndsJustShort) {
+  const Arc ground = Line({0, 0}, {1, 0}), hill = Cubic({0, 0}, {0.1, -0.3}, {0.4, -0.5}, {0.5, 0});
+  for (const double y : {0.0, 0.5 * kContact, 3 * kContact}) {
+    const auto onLine = Find(ground, Cubic({0.25, y}, {0.25, 0.3}, {0.3, 0.6}, {0.35, 1}));
+    const auto onEnd = Find(hill, Cubic({0.5, y}, {0.5, 0.3}, {0.6, 0.6}, {0.7, 1}));
+    for (const auto& found : {onLine, onEnd}) {
+      ASSERT_EQ(found.size(), y > kContact ? 0u : 1u) << y;
+      for (const Contact& contact : found) EXPECT_EQ(contact.b, 0);
+    }
+  }
+}
+
 TEST(PairCrossing, OfCurvesOnTopOfOneAnotherGivesTheEndsOfTheSharedStretch) {
   const Curve whole = Cubic({0, 0}, {0.2, 0.6}, {0.5, 0.9}, {1, 1}).curve;
   const Arc a = MakeArc(Part(whole, 0, 0.7)), b = MakeArc(Part(whole, 0.3, 1));

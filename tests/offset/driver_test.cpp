@@ -375,6 +375,10 @@ TEST(OffsetMembers, PureCurveNeedsRequestAndPreference) {
     EXPECT_NEAR(side.GetPoint(side.GetPointCount() - 1).x, 90000 - distance, 1e-6);
     EXPECT_TRUE(side.IsValidCurve());
   }
+  const DoublePath waves =
+      test::ParsePath<DPoint>("M0,0 C20000,20000 40000,20000 60000,0 C80000,20000 99000,20000 120000,0");
+  const PolycurveT<DPoint> cusp(waves.points.data(), waves.types.data(), waves.points.size());
+  EXPECT_EQ(cusp.CreateParallelCurve(5000, std::nullopt, true).GetSubpathCount(), 2u) << "two loose curves";
   bent.SetPoint(2, {std::numeric_limits<double>::quiet_NaN(), 0});
   EXPECT_TRUE(bent.CreateParallelCurve(5000, std::nullopt, true).IsEmpty());
   TavPref::AllowPureOffsetCurve().SetValue(false);

@@ -161,6 +161,9 @@ TYPED_TEST(Editing, JoiningWithCurvesKeepsTheTangentsOfBothEnds) {
   auto two = Parse<T>("M0,0e C0,100 100,100 100,0e M0,500e L50,550 L100,500e");
   EXPECT_TRUE(two.JoinEnabledAddingCurves()) << "more than two ends: every subpath is closed on itself";
   EXPECT_TRUE(two.IsClosed(0) && two.IsClosed(1));
+  ASSERT_EQ(two.GetPointCount(), 13u);
+  EXPECT_LT(two.GetPoint(10).x, -10) << "the bridge leaves the start backwards";
+  EXPECT_GT(two.GetPoint(11).x, 110) << "and runs on from the end";
   EXPECT_TRUE(test::IsWellFormed(Nodes(two)));
 }
 
