@@ -239,7 +239,6 @@ Sharing FindSharedStretch(const CubicPair& pair, const Piece& wholeA, const Piec
     }
   }
   if (!best[0]) return Sharing::no;
-  if (best[0]->ta > best[1]->ta) std::swap(best[0], best[1]);
   for (int k = 0; k < 2; ++k) {
     ends[k] = {best[k]->ta, best[k]->tb, ContactPoint(pair, best[k]->ta, best[k]->tb)};
   }

@@ -9,7 +9,7 @@ namespace TavMath {
 /// What is known about a pair before any subdivision.
 enum class Sharing {
   no,       ///< no stretch is shared; crossings are still to be found
-  stretch,  ///< one is shared: ends[0] and ends[1] are its ends, by ta
+  stretch,  ///< one is shared: ends[0] and ends[1] are its ends
   contact,  ///< both lie on one line and have the single point ends[0] in common
   apart     ///< both lie on one line and have no point in common
 };
