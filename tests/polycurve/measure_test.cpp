@@ -134,6 +134,13 @@ TYPED_TEST(Measure, EnabledBoxTakesSelectedNodesAndTheCurvesBetweenThem) {
   ASSERT_TRUE(Lumo::GetTightEnabledBBox(points.data(), types.data(), 5, box));
   EXPECT_EQ(Bounds(box), (TavMath::BoundsT<double>{40, 0, 40, 0}))
       << "a curve counts only with both of its ends";
+  Lumo::PolycurveT<T> path(points.data(), types.data(), points.size());
+  Lumo::BoxT<T> same{};
+  ASSERT_TRUE(path.GetTightEnabledBBox(same));
+  EXPECT_EQ(Bounds(same), Bounds(box));
+  path.DisableAllNodes();
+  EXPECT_FALSE(path.GetTightEnabledBBox(same));
+  EXPECT_EQ(Bounds(same), Bounds(box)) << "nothing selected: left as it was";
 }
 
 TYPED_TEST(Measure, PolygonTestCountsVerticesEdgesAndBothSides) {

@@ -79,6 +79,8 @@ std::vector<Operation<T>> Operations() {
        {"Simplify", [](P& p) { return !p.Simplify().IsEmpty(); }, false},
        {"Union", [](P& p) { return !p.Union(other).IsEmpty(); }, false},
        {"Union of many", [](P& p) { return !Lumo::Union(std::vector<P>{p, other}).IsEmpty(); }, false},
+       {"Subtract of many", [](P& p) { return !Lumo::Subtract(std::vector<P>{p, other, p}).IsEmpty(); },
+        false},
        {"ClipToShape", [](P& p) { return !p.ClipToShape(other, true).IsEmpty(); }, false},
        {"SubpathHierarchy",
         [](P& p) {
