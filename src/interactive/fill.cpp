@@ -131,14 +131,20 @@ double WidestInside(const tagPOINT* points, const NODETYPE* types, int count, do
     int inside = 0;
     return UTLIsPointInFill(points, types, count, candidate, &inside) != 0 && inside != 0;
   };
+  const auto next = [&](RowCrossings& row) {
+    int x = 0;
+    const double width = row.TakeWidest(x);
+    candidate.x = x;
+    return width;
+  };
   RowCrossings row(points, types, count, candidate.y);
-  double width = row.TakeWidest(candidate.x);
+  double width = next(row);
   if (!(width > least) || isInside()) return width;
   // On the outline: a stretch beside it may do.
   RowCrossings parted(points, types, count, candidate.y);
   parted.PartAtNodes(points, types, count);
   for (int k = 0; k < kFaceTries; ++k) {
-    width = parted.TakeWidest(candidate.x);
+    width = next(parted);
     if (!(width > least) || isInside()) return width;
   }
   return 0;
