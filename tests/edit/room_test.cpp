@@ -194,7 +194,8 @@ std::set<std::string> WritersOf(const std::string& header) {
     const std::string parameters = (*it)[2];
     static const std::regex writable(R"((^|[^\w] ?)(T\* (toPoints|points)|NODETYPE\* (toTypes|types)))");
     std::string bare = std::regex_replace(parameters, std::regex(R"(const (T|NODETYPE)\*)"), "read");
-    if (parameters.find("oints") != std::string::npos && std::regex_search(bare, writable))
+    if (std::regex_search(parameters, std::regex("points", std::regex::icase)) &&
+        std::regex_search(bare, writable))
       names.insert((*it)[1]);
   }
   return names;
