@@ -16,8 +16,6 @@
 // cusps; a symmetric curve node before a line is smooth; a closed subpath with a move node inside becomes one
 // open subpath that starts there.
 
-#include <type_traits>
-
 #include "lumo/node_type.h"
 #include "lumo/point_types.h"
 
@@ -63,7 +61,7 @@ LUMO_TEMPLATE_API int CRV_AppendMove(T* points, NODETYPE* types, int count, int 
 /// CRV_AppendLine. Nothing for n < 1, first < 0, first > n or a null source. Room: n - first.
 template <class T>
 LUMO_TEMPLATE_API int CRV_Append(T* points, NODETYPE* types, int count, int index,
-                                 const std::type_identity_t<T>* srcPoints, const NODETYPE* srcTypes, int n,
+                                 const Lumo::NotDeduced<T>* srcPoints, const NODETYPE* srcTypes, int n,
                                  int first) noexcept;
 
 /// Removes n nodes from node first on; nothing for n < 1 or first outside the path. A range that reaches the

@@ -7,8 +7,6 @@
 // NN, PN, NNControl and PNControl, -1 from functions that return an index, 0 from counts and truths, no write
 // from setters. On malformed arrays every walk stays inside 0..count-1 and ends after at most count steps.
 
-#include <type_traits>
-
 #include "lumo/node_type.h"
 #include "lumo/point_types.h"
 
@@ -145,8 +143,8 @@ LUMO_API int CRV_GetEnablingInfo(const NODETYPE* types, int count, int ignored, 
 /// The point at parameter t of the segment that ends at node i; 1, or 0 (out untouched) for any other node.
 /// Reads points[i-1] or points[i-3]: i must lie inside the path. Integer lines round the delta, not the sum.
 template <class T>
-LUMO_TEMPLATE_API int CRV_GetPointOnCurve(std::type_identity_t<T>* out, const T* points,
-                                          const NODETYPE* types, int i, double t) noexcept;
+LUMO_TEMPLATE_API int CRV_GetPointOnCurve(Lumo::NotDeduced<T>* out, const T* points, const NODETYPE* types,
+                                          int i, double t) noexcept;
 /// Whether every point of the segment that ends at node i lies within tolerance of point i. The limit is
 /// tolerance squared in wrapping 32-bit arithmetic; a squared distance equal to it passes.
 template <class T>

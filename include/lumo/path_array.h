@@ -3,8 +3,6 @@
 // closing. None allocates, checks bounds against a capacity or changes a count: that stays the caller's
 // business.
 
-#include <type_traits>
-
 #include "lumo/node_type.h"
 #include "lumo/point_types.h"
 
@@ -18,8 +16,8 @@ LUMO_TEMPLATE_API void MovePath(T* points, NODETYPE* types, int destination, int
 /// Copies n nodes from another pair of arrays; overlap-safe, same refusals.
 template <class T>
 LUMO_TEMPLATE_API void CopyPath(T* toPoints, NODETYPE* toTypes, int destination,
-                                const std::type_identity_t<T>* fromPoints, const NODETYPE* fromTypes,
-                                int source, int n) noexcept;
+                                const NotDeduced<T>* fromPoints, const NODETYPE* fromTypes, int source,
+                                int n) noexcept;
 
 /// Reverses the whole path: subpaths come out in reverse order, each reversed and beginning with a move node.
 /// The closed flag, continuity, letter and enabled flags travel with their nodes. Nothing for count < 1.

@@ -1,6 +1,8 @@
 #pragma once
 // The two point types that every path operation exists for, and the integer rectangle.
 
+#include <type_traits>
+
 #include "tav/math/bounds.h"
 #include "tav/math/vector2d.h"
 
@@ -26,3 +28,11 @@ struct LUMO_TYPE tagRECT {
 /// Exactly the same coordinates; not.
 inline constexpr bool operator==(const tagPOINT& a, const tagPOINT& b) { return a.x == b.x && a.y == b.y; }
 inline constexpr bool operator!=(const tagPOINT& a, const tagPOINT& b) { return !(a == b); }
+
+namespace Lumo {
+
+/// T itself, where the type of a template is not to be deduced from: a null literal may then stand there.
+template <class T>
+using NotDeduced = std::common_type_t<T>;
+
+}  // namespace Lumo

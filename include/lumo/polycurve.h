@@ -16,7 +16,6 @@
 // A call costs one pass over the nodes or less, unless it or the header that it refers to says more.
 
 #include <algorithm>
-#include <concepts>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -50,6 +49,10 @@ class LUMO_TEMPLATE_API PolycurveT {
   using Box = BoxT<T>;
   /// What nearest-point searches give.
   using Closest = ClosestPoint<T, CurvePosition>;
+  /// Exists for types with coordinates x and y that are not the Translation itself.
+  template <class Vector>
+  using OtherVector = std::enable_if_t<
+      !std::is_same_v<Vector, Translation> && std::is_arithmetic_v<decltype(Vector::x + Vector::y)>, int>;
 
   // ---- Construction and assignment ----
 
@@ -195,8 +198,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   PolycurveT& operator/=(const MATRIX& matrix) noexcept;
   PolycurveT& operator+=(const Translation& offset) noexcept;
   /// Any other kind of vector; see TranslatePoints.
-  template <class Vector>
-    requires(!std::is_same_v<Vector, Translation> && requires(Vector v) { TavMath::DVector{v.x, v.y}; })
+  template <class Vector, OtherVector<Vector> = 0>
   PolycurveT& operator+=(const Vector& offset) noexcept {
     TranslatePoints(offset);
     return *this;
@@ -309,15 +311,13 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool TranslatePoints(const Translation& offset) noexcept;
   bool TranslatePoints(const Translation& offset, std::size_t first, std::size_t last) noexcept;
   /// Any other kind of vector; integer points are rounded half away from zero.
-  template <class Vector>
-    requires(!std::is_same_v<Vector, Translation> && requires(Vector v) { TavMath::DVector{v.x, v.y}; })
+  template <class Vector, OtherVector<Vector> = 0>
   bool TranslatePoints(const Vector& offset) noexcept {
-    return TransformPoints(MATRIX{1, 0, 0, 1, offset.x, offset.y});
+    return TransformPoints(Shift(offset));
   }
-  template <class Vector>
-    requires(!std::is_same_v<Vector, Translation> && requires(Vector v) { TavMath::DVector{v.x, v.y}; })
+  template <class Vector, OtherVector<Vector> = 0>
   bool TranslatePoints(const Vector& offset, std::size_t first, std::size_t last) noexcept {
-    return TransformPoints(MATRIX{1, 0, 0, 1, offset.x, offset.y}, first, last);
+    return TransformPoints(Shift(offset), first, last);
   }
   /// Scales and moves the path so that its tight box becomes the rectangle; an extent of zero is only moved.
   bool TransformToFit(const Box& rect) noexcept;
@@ -471,7 +471,7 @@ class LUMO_TEMPLATE_API PolycurveT {
  protected:
   /// Adopts storage, together with one reference to it. (A template, so that PolycurveT(0) still means a
   /// size.)
-  template <std::derived_from<CurveDataBase<T>> Data>
+  template <class Data, std::enable_if_t<std::is_base_of_v<CurveDataBase<T>, Data>, int> = 0>
   explicit PolycurveT(Data* data) noexcept : data_(data) {}
   /// The one door to writing: storage that only this path holds. Null (path unchanged) when memory runs out.
   CurveData<T>* GetCurveData() noexcept;
@@ -481,6 +481,11 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool ReleaseBufferInternal(int n) noexcept;
 
  private:
+  /// The map that adds an offset.
+  template <class Vector>
+  static MATRIX Shift(const Vector& by) noexcept {
+    return {1, 0, 0, 1, static_cast<double>(by.x), static_cast<double>(by.y)};
+  }
   bool PushBackWithJoinCheck(const T& point, NODETYPE type) noexcept;
   /// The same for a path whose last subpath may be closed, and then is never continued.
   bool PushBackStart(const T& point, NODETYPE type) noexcept;

@@ -33,7 +33,7 @@ void MovePath(T* points, NODETYPE* types, int destination, int source, int n) no
 }
 
 template <class T>
-void CopyPath(T* toPoints, NODETYPE* toTypes, int destination, const std::type_identity_t<T>* fromPoints,
+void CopyPath(T* toPoints, NODETYPE* toTypes, int destination, const NotDeduced<T>* fromPoints,
               const NODETYPE* fromTypes, int source, int n) noexcept {
   if (!toPoints || !toTypes || !fromPoints || !fromTypes || destination < 0 || source < 0 || n < 1) return;
   AssertRoom(toPoints, toTypes, destination, destination + n);

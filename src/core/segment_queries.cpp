@@ -42,7 +42,7 @@ bool Within(const T& a, const T& b, double limitSqrd) {
 }  // namespace
 
 template <class T>
-int CRV_GetPointOnCurve(std::type_identity_t<T>* out, const T* points, const NODETYPE* types, int i,
+int CRV_GetPointOnCurve(Lumo::NotDeduced<T>* out, const T* points, const NODETYPE* types, int i,
                         double t) noexcept {
   if (!out || !points || !types || i < 0) return 0;
   const int length = SegmentLength(types, i);

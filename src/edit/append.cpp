@@ -36,7 +36,7 @@ int CRV_AppendMove(T* points, NODETYPE* types, int count, int index, T point) no
 }
 
 template <class T>
-int CRV_Append(T* points, NODETYPE* types, int count, int index, const std::type_identity_t<T>* srcPoints,
+int CRV_Append(T* points, NODETYPE* types, int count, int index, const Lumo::NotDeduced<T>* srcPoints,
                const NODETYPE* srcTypes, int n, int first) noexcept {
   if (points == nullptr || types == nullptr) return count;
   if (index < 0 || index > count) return -1;

@@ -96,6 +96,8 @@ TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
   const double rounded = std::is_same_v<T, tagPOINT> ? 1 : 0;
   EXPECT_EQ(path.GetPoint(0).x, 7.5 + 0.5 * rounded) << "any kind of vector, rounded for integer points";
   EXPECT_EQ(path.GetPoint(1).x, 17 + rounded);
+  path += tagPOINT{-10, 2};  // whole units move a double path too
+  EXPECT_EQ(path.GetPoint(1).x, 7 + rounded);
 }
 
 TEST(EditingInteger, TranslationSaturates) {
