@@ -442,6 +442,35 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool CreateRectangleSubpath(double width, double height) noexcept;
   bool CreateRectangleSubpath(double width, double height, double radius, RectangleCorner corner,
                               bool userOnEnd) noexcept;
+  /// The shapes with points of the other kind: of doubles for an integer path (it is the nodes that are
+  /// rounded, not what is given), of integers for a double path.
+  template <std::same_as<OtherPoint> P>
+  static PolycurveT CreateLine(const P& a, const P& b) noexcept {
+    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
+  }
+  template <std::same_as<OtherPoint> P>
+  static PolycurveT CreateEllipse(const P& center, double rx, double ry, double startAngle = 0,
+                                  double endAngle = 0, bool pie = false, bool userOnEnd = false) noexcept {
+    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateEllipse(InDoubles(center), rx, ry, startAngle,
+                                                                  endAngle, pie, userOnEnd));
+  }
+  template <std::same_as<OtherPoint> P>
+  static PolycurveT CreateCircle(const P& center, double radius) noexcept {
+    return CreateEllipse(center, radius, radius);
+  }
+  template <std::same_as<OtherPoint> P>
+  bool CreateLineSubpath(const P& a, const P& b) noexcept {
+    return PushBackShape(CreateLine(a, b));
+  }
+  template <std::same_as<OtherPoint> P>
+  bool CreateEllipseSubpath(const P& center, double rx, double ry, double startAngle = 0, double endAngle = 0,
+                            bool pie = false, bool userOnEnd = false) noexcept {
+    return PushBackShape(CreateEllipse(center, rx, ry, startAngle, endAngle, pie, userOnEnd));
+  }
+  template <std::same_as<OtherPoint> P>
+  bool CreateCircleSubpath(const P& center, double radius) noexcept {
+    return CreateEllipseSubpath(center, radius, radius);
+  }
 
   // ---- Boolean operations (see boolean.h): new paths, operands unchanged ----
 
@@ -486,6 +515,13 @@ class LUMO_TEMPLATE_API PolycurveT {
   static MATRIX Shift(const Vector& by) noexcept {
     return {1, 0, 0, 1, static_cast<double>(by.x), static_cast<double>(by.y)};
   }
+  template <class P>
+  static TavMath::DPoint InDoubles(const P& point) noexcept {
+    return {static_cast<double>(point.x), static_cast<double>(point.y)};
+  }
+  static PolycurveT FromDoubles(const PolycurveT<TavMath::DPoint>& path) noexcept { return PolycurveT(path); }
+  /// False for a shape that could not be made.
+  bool PushBackShape(const PolycurveT& shape) noexcept { return !shape.IsEmpty() && PushBack(shape); }
   bool PushBackWithJoinCheck(const T& point, NODETYPE type) noexcept;
   /// The same for a path whose last subpath may be closed, and then is never continued.
   bool PushBackStart(const T& point, NODETYPE type) noexcept;

@@ -99,6 +99,33 @@ TYPED_TEST(Shapes, CirclePassesThroughItsFourExtremes) {
   for (std::size_t k = 0; k < 5; ++k) EXPECT_EQ(circle.points[3 * k], extremes[k]);
 }
 
+TYPED_TEST(Shapes, MembersMakeTheNodesOfTheBuildersForPointsOfBothKinds) {
+  using T = TypeParam;
+  using Path = PolycurveT<T>;
+  const auto check = [](const char* what, const test::Path<T>& built, const Path& made,
+                        const Path& appended) {
+    EXPECT_TRUE(Path(built.points.data(), built.types.data(), built.points.size()) == made) << what;
+    EXPECT_TRUE(made == appended) << what;
+  };
+  Path circle, wedge, line;
+  const auto checkAll = [&](const auto& a, const auto& b) {
+    EXPECT_TRUE(circle.CreateCircleSubpath(a, 1.25) && line.CreateLineSubpath(a, b));
+    EXPECT_TRUE(wedge.CreateEllipseSubpath(a, 30, 20, 1, 2, true, true));
+    check("circle",
+          Built<T>(13, [&](T* p, NODETYPE* t) { return Lumo::BuildCircle(p, t, a, 1.25), std::size_t{13}; }),
+          Path::CreateCircle(a, 1.25), circle);
+    check("wedge",
+          Built<T>(18,
+                   [&](T* p, NODETYPE* t) { return Lumo::BuildEllipse(p, t, a, 30, 20, 1, 2, true, true); }),
+          Path::CreateEllipse(a, 30, 20, 1, 2, true, true), wedge);
+    check("line", Built<T>(2, [&](T* p, NODETYPE* t) { return Lumo::BuildLine(p, t, a, b); }),
+          Path::CreateLine(a, b), line);
+  };
+  checkAll(DPoint{0.5, -0.25}, DPoint{10.5, 0.5});
+  circle.Clear(), wedge.Clear(), line.Clear();
+  checkAll(tagPOINT{3, 4}, tagPOINT{-5, 6});
+}
+
 TYPED_TEST(Shapes, AnyAnglesStayWithinTheStatedRoomAndNearTheCircle) {
   using T = TypeParam;
   test::Bits bits(7);
