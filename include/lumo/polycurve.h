@@ -29,6 +29,7 @@
 #include "lumo/point_types.h"
 #include "tav/math/cubic_bezier.h"
 #include "tav/math/matrix.h"
+#include "tav/math/rect.h"
 
 namespace Lumo {
 
@@ -442,8 +443,8 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool CreateRectangleSubpath(double width, double height) noexcept;
   bool CreateRectangleSubpath(double width, double height, double radius, RectangleCorner corner,
                               bool userOnEnd) noexcept;
-  /// The shapes with points of the other kind: of doubles for an integer path (it is the nodes that are
-  /// rounded, not what is given), of integers for a double path.
+  /// The shapes with points or a box of the other kind: of doubles for an integer path (it is the nodes that
+  /// are rounded, not what is given), of integers for a double path.
   template <std::same_as<OtherPoint> P>
   static PolycurveT CreateLine(const P& a, const P& b) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
@@ -470,6 +471,15 @@ class LUMO_TEMPLATE_API PolycurveT {
   template <std::same_as<OtherPoint> P>
   bool CreateCircleSubpath(const P& center, double radius) noexcept {
     return CreateEllipseSubpath(center, radius, radius);
+  }
+
+  template <std::same_as<BoxT<OtherPoint>> Rect>
+  static PolycurveT CreateRectangle(const Rect& rect) noexcept {
+    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
+  }
+  template <std::same_as<BoxT<OtherPoint>> Rect>
+  bool CreateRectangleSubpath(const Rect& rect) noexcept {
+    return PushBackShape(CreateRectangle(rect));
   }
 
   // ---- Boolean operations (see boolean.h): new paths, operands unchanged ----
@@ -515,10 +525,14 @@ class LUMO_TEMPLATE_API PolycurveT {
   static MATRIX Shift(const Vector& by) noexcept {
     return {1, 0, 0, 1, static_cast<double>(by.x), static_cast<double>(by.y)};
   }
-  template <class P>
-  static TavMath::DPoint InDoubles(const P& point) noexcept {
+  static const TavMath::DPoint& InDoubles(const TavMath::DPoint& point) noexcept { return point; }
+  static TavMath::DPoint InDoubles(const tagPOINT& point) noexcept {
     return {static_cast<double>(point.x), static_cast<double>(point.y)};
   }
+  static const TavMath::BoundsT<double>& InDoubles(const TavMath::BoundsT<double>& box) noexcept {
+    return box;
+  }
+  static TavMath::BoundsT<double> InDoubles(const tagRECT& rect) noexcept { return TavMath::ToBox(rect); }
   static PolycurveT FromDoubles(const PolycurveT<TavMath::DPoint>& path) noexcept { return PolycurveT(path); }
   /// False for a shape that could not be made.
   bool PushBackShape(const PolycurveT& shape) noexcept { return !shape.IsEmpty() && PushBack(shape); }

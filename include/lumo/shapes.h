@@ -15,6 +15,7 @@
 #include "lumo/node_type.h"
 #include "lumo/path_views.h"
 #include "lumo/point_types.h"
+#include "tav/math/rect.h"
 
 namespace Lumo {
 
@@ -124,6 +125,24 @@ std::size_t Build3PointCircularArc(T* points, NODETYPE* types, const P& p1, cons
 template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
 std::size_t BuildCircularArc(T* points, NODETYPE* types, const P& p1, const P& p2, const P& p3) noexcept {
   return Build3PointCircularArc(points, types, p1, p2, p3);
+}
+
+// The same with a rectangle of the other kind: rounded, or as doubles.
+template <std::same_as<tagPOINT> T, std::same_as<TavMath::BoundsT<double>> Rect>
+std::size_t BuildRectangle(T* points, NODETYPE* types, const Rect& rect) noexcept {
+  return BuildRectangle(points, types, TavMath::RoundBox(rect));
+}
+template <std::same_as<TavMath::DPoint> T, std::same_as<tagRECT> Rect>
+std::size_t BuildRectangle(T* points, NODETYPE* types, const Rect& rect) noexcept {
+  return BuildRectangle(points, types, TavMath::ToBox(rect));
+}
+template <std::same_as<tagPOINT> T, std::same_as<TavMath::BoundsT<double>> Rect>
+std::size_t BuildRectangle(T* points, const Rect& rect) noexcept {
+  return BuildRectangle(points, TavMath::RoundBox(rect));
+}
+template <std::same_as<TavMath::DPoint> T, std::same_as<tagRECT> Rect>
+std::size_t BuildRectangle(T* points, const Rect& rect) noexcept {
+  return BuildRectangle(points, TavMath::ToBox(rect));
 }
 
 /// The two handles of one cubic for the arc about a centre from one point to another, the shorter way round.

@@ -242,6 +242,17 @@ TYPED_TEST(Shapes, PlainRectangles) {
   EXPECT_EQ(Lumo::BuildRectangle(points, rect), 5u);
   EXPECT_EQ(points[2], (T{3, 4}));
   EXPECT_EQ(PolycurveT<T>::CreateRectangle(rect).GetPoint(2), (T{3, 4}));
+  const auto otherKinds = [&](const auto& other, const T& corner) {
+    EXPECT_EQ(Lumo::BuildRectangle(points, nullptr, other) + Lumo::BuildRectangle(points, other), 10u);
+    EXPECT_EQ(points[2], corner);
+    PolycurveT<T> path;
+    EXPECT_TRUE(path.CreateRectangleSubpath(other) && path == PolycurveT<T>::CreateRectangle(other));
+    EXPECT_EQ(path.GetPoint(2), corner);
+  };
+  otherKinds(tagRECT{-1, -2, 30, 40}, {30, 40});
+  const double exact = std::is_same_v<T, DPoint> ? 0.5 : 1;
+  otherKinds(TavMath::BoundsT<double>{0.25, 0.25, 6.5, 7.5},
+             {static_cast<decltype(T::x)>(6 + exact), static_cast<decltype(T::x)>(7 + exact)});
 }
 
 TYPED_TEST(Shapes, ShapedCornersKeepToTheRectangleAndItsRoom) {

@@ -31,6 +31,14 @@ LUMO_API bool IsPointInRect(const BoundsT<double>& box, const DPoint& p) noexcep
 LUMO_API std::int32_t RoundToInt(double value) noexcept;
 /// Both coordinates.
 inline tagPOINT RoundPoint(const DPoint& p) noexcept { return {RoundToInt(p.x), RoundToInt(p.y)}; }
+/// A box of doubles rounded coordinate by coordinate, and a rectangle as a box of doubles.
+inline tagRECT RoundBox(const BoundsT<double>& box) noexcept {
+  return {RoundToInt(box.minx), RoundToInt(box.miny), RoundToInt(box.maxx), RoundToInt(box.maxy)};
+}
+inline BoundsT<double> ToBox(const tagRECT& rect) noexcept {
+  return {static_cast<double>(rect.left), static_cast<double>(rect.top), static_cast<double>(rect.right),
+          static_cast<double>(rect.bottom)};
+}
 /// Towards zero, with the same saturation.
 LUMO_API std::int32_t TruncateToInt(double value) noexcept;
 
