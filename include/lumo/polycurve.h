@@ -443,8 +443,8 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool CreateRectangleSubpath(double width, double height) noexcept;
   bool CreateRectangleSubpath(double width, double height, double radius, RectangleCorner corner,
                               bool userOnEnd) noexcept;
-  /// The shapes with points or a box of the other kind: of doubles for an integer path (it is the nodes that
-  /// are rounded, not what is given), of integers for a double path.
+  /// The shapes with points of the other kind: of doubles for an integer path (it is the nodes that are
+  /// rounded, not what is given), of integers for a double path.
   template <std::same_as<OtherPoint> P>
   static PolycurveT CreateLine(const P& a, const P& b) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
@@ -473,6 +473,7 @@ class LUMO_TEMPLATE_API PolycurveT {
     return CreateEllipseSubpath(center, radius, radius);
   }
 
+  /// The same with a box of the other kind.
   template <std::same_as<BoxT<OtherPoint>> Rect>
   static PolycurveT CreateRectangle(const Rect& rect) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
