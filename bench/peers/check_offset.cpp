@@ -12,7 +12,7 @@
 //  start     another start node and the other direction give the same;
 //  nodes     no more nodes than twice the source's and its joins.
 //
-//   check_offset [--list] [--most N] [--random N] [--error E] [FILE.svg ...]
+//   check_offset [--list] [--most N] [--random N] [--error E] [--draw FOLDER] [FILE.svg ...]
 
 #include <cmath>
 #include <cstdio>
@@ -49,8 +49,9 @@ constexpr double kFine = 8;
 constexpr double kConnect = 50, kRepair = 10, kGrid = 1;
 
 double Area(const Path& path) {
-  return path.IsEmpty() ? 0
-                        : Lumo::GetArea(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()));
+  return path.IsEmpty()
+             ? 0
+             : Lumo::GetArea(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()));
 }
 
 // --- paths from segments
@@ -93,15 +94,16 @@ Path StartingAt(const std::vector<Segment>& subpath, std::size_t k) {
 void CollectLevels(const Lumo::SubpathTreeNode& node, std::size_t depth, std::vector<Path>& levels) {
   if (node.GetNodes() == nullptr || !node.GetNodes()[0].IsClosed()) return;
   if (levels.size() <= depth) levels.resize(depth + 1);
-  levels[depth].PushBack(Path(node.GetPoints(), node.GetNodes(), static_cast<std::size_t>(node.GetNumberOfPoints())));
+  levels[depth].PushBack(
+      Path(node.GetPoints(), node.GetNodes(), static_cast<std::size_t>(node.GetNumberOfPoints())));
   for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k)
     for (std::size_t i = 0; i < node.GetChild(k).GetNumberOfChildren(); ++i)
       CollectLevels(node.GetChild(k).GetChild(i), depth + 1, levels);
 }
 std::vector<Path> LevelsOf(const Path& path) {
   std::vector<Path> levels;
-  const Lumo::SubpathHierarchy tree(path.GetPoints(), path.GetNodeTypes(), static_cast<int>(path.GetPointCount()),
-                                    true);
+  const Lumo::SubpathHierarchy tree(path.GetPoints(), path.GetNodeTypes(),
+                                    static_cast<int>(path.GetPointCount()), true);
   for (std::size_t k = 0; k < tree.GetNumberOfChildren(); ++k) CollectLevels(tree.GetChild(k), 0, levels);
   return levels;
 }
@@ -145,8 +147,8 @@ struct Ground {
   ClipperLib::Paths polygons;
   ChordTree edge;
 
-  explicit Ground(const std::vector<Segment>& subpath)
-      : polygons(Union({Integers(subpath, kFlat)}, ClipperLib::pftNonZero)), edge(ChordsOf(polygons)) {}
+  Ground(const std::vector<Segment>& subpath, double flat)
+      : polygons(Union({Integers(subpath, flat)}, ClipperLib::pftNonZero)), edge(ChordsOf(polygons)) {}
 
   /// Negative inside; at most `most`.
   double Signed(const DPoint& p, double most) const {
@@ -161,12 +163,16 @@ struct Level {
   Path path;
   std::vector<Ground> grounds;
 
-  explicit Level(std::string n, const Path& p) : name(std::move(n)), path(p) {
+  Level(std::string n, const Path& p, double flat = kFlat) : name(std::move(n)), path(p) {
     for (const auto& subpath : SubpathsOf(p)) {
-      Ground ground(subpath);
+      Ground ground(subpath, flat);
       if (!ground.edge.IsEmpty()) grounds.push_back(std::move(ground));
     }
   }
+
+  /// Chords may part what the curves join, far along where they run side by side: what fails is measured
+  /// again from this.
+  Level Finer() const { return Level(name, path, kFlat / 100); }
 
   /// Negative inside the true offset, positive outside.
   double Depth(const DPoint& p, double offset) const {
@@ -207,20 +213,64 @@ struct Result {
       : offset(o), path(std::move(p)), segments(SegmentsOf(path)), chords(Flatten(segments, kFlat)) {}
 };
 
+void WriteData(std::FILE* file, const Path& path) {
+  for (const Segment& s : SegmentsOf(path)) {
+    if (s.startsSubpath) std::fprintf(file, "M%.17g %.17g", s.p[0].x, s.p[0].y);
+    if (s.line)
+      std::fprintf(file, "L%.17g %.17g", s.p[3].x, s.p[3].y);
+    else
+      std::fprintf(file, "C%.17g %.17g %.17g %.17g %.17g %.17g", s.p[1].x, s.p[1].y, s.p[2].x, s.p[2].y,
+                   s.p[3].x, s.p[3].y);
+    if (s.end.IsClosed()) std::fprintf(file, "Z");
+  }
+}
+
+/// Source and result as a drawing, to be looked at.
+void Draw(const std::string& file, const Path& source, const Path& result, const DPoint* place) {
+  std::FILE* out = std::fopen(file.c_str(), "w");
+  if (out == nullptr) return;
+  auto box = source.GetTightBBox();
+  if (!result.IsEmpty()) box.Add(result.GetTightBBox());
+  std::fprintf(out,
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"%g %g %g %g\">\n<path fill=\"#ccc\" d=\"",
+               box.minx, box.miny, box.Width(), box.Height());
+  WriteData(out, source);
+  std::fprintf(out, "\"/>\n<path fill=\"none\" stroke=\"#c0392b\" stroke-width=\"0.2%%\" d=\"");
+  WriteData(out, result);
+  std::fprintf(out, "\"/>\n");
+  if (place != nullptr)
+    std::fprintf(out,
+                 "<circle cx=\"%.17g\" cy=\"%.17g\" r=\"%g\" fill=\"none\" stroke=\"#2980b9\" "
+                 "stroke-width=\"0.2%%\"/>\n",
+                 place->x, place->y, 0.03 * box.Width());
+  std::fprintf(out, "</svg>\n");
+  std::fclose(out);
+}
+
 /// Failures by name, listed as they come when asked for.
 class Tally {
  public:
   bool list = false;
+  std::string folder;  ///< for drawings of failures
   void Checked(const std::string& what) { ++rows_[what].checked; }
-  void Failed(const std::string& what, const Level& level, double offset, double value) {
+  /// `place`: where the worst is, when it is in one place.
+  void Failed(const std::string& what, const Level& level, const Result& r, double value,
+              const DPoint* place = nullptr) {
     ++rows_[what].failed;
+    if (!folder.empty()) Draw(folder + "/" + std::to_string(drawn_++) + ".svg", level.path, r.path, place);
     Worst(what, value);
-    if (list) std::printf("%s: %s at %.6g: %.6g\n", what.c_str(), level.name.c_str(), offset, value);
+    if (!list) return;
+    std::printf("%s: %s at %.10g: %.6g", what.c_str(), level.name.c_str(), r.offset, value);
+    if (place != nullptr) std::printf(" near %.1f %.1f", place->x, place->y);
+    std::printf("\n");
   }
-  void Worst(const std::string& what, double value) { rows_[what].worst = (std::max)(rows_[what].worst, value); }
+  void Worst(const std::string& what, double value) {
+    rows_[what].worst = (std::max)(rows_[what].worst, value);
+  }
   void Print() const {
     for (const auto& [what, row] : rows_)
-      std::printf("%-28s checked %9zu  failed %6zu  worst %.4g\n", what.c_str(), row.checked, row.failed, row.worst);
+      std::printf("%-28s checked %9zu  failed %6zu  worst %.4g\n", what.c_str(), row.checked, row.failed,
+                  row.worst);
   }
 
  private:
@@ -229,19 +279,31 @@ class Tally {
     double worst = 0;
   };
   std::map<std::string, Row> rows_;
+  std::size_t drawn_ = 0;
 };
 
 // --- the checks
 
-void CheckNear(const Level& level, const Result& r, double error, Tally& tally) {
+double WorstDepth(const Level& level, const Result& r, DPoint& place) {
   double worst = 0;
   for (const Segment& s : r.segments)
-    for (int k = 0; k < 6; ++k) worst = (std::max)(worst, std::abs(level.Depth(s.At(k / 6.0), r.offset)));
+    for (int k = 0; k < 6; ++k) {
+      const DPoint p = s.At(k / 6.0);
+      const double depth = std::abs(level.Depth(p, r.offset));
+      if (depth > worst) worst = depth, place = p;
+    }
+  return worst;
+}
+
+void CheckNear(const Level& level, const Result& r, double error, Tally& tally) {
+  DPoint place{0, 0};
+  double worst = WorstDepth(level, r, place);
+  if (worst > error + kFlat + kRepair + kGrid) worst = WorstDepth(level.Finer(), r, place);
   tally.Checked("near");
   tally.Worst("near", worst / error);
   if (worst > error + kFlat + kRepair + kGrid) {
     const bool connected = worst <= error + kConnect + kFlat + kRepair + kGrid;
-    tally.Failed(connected ? "near, within connecting" : "near", level, r.offset, worst / error);
+    tally.Failed(connected ? "near, within connecting" : "near", level, r, worst / error, &place);
   }
 }
 
@@ -274,7 +336,8 @@ void AlongParallel(const Ground& ground, double offset, std::size_t most, const 
   }
 }
 
-void CheckReached(const Level& level, const Result& r, double error, Tally& tally) {
+/// How far the worst of the points that the result must reach is from it; 0 when it reaches all.
+double WorstMiss(const Level& level, const Result& r, double error, DPoint& place) {
   const double allowed = error + kConnect + kFlat + kRepair + kGrid;
   double worst = 0;
   for (const Ground& ground : level.grounds)
@@ -288,17 +351,25 @@ void CheckReached(const Level& level, const Result& r, double error, Tally& tall
       const DVector unit = (r.offset > 0 ? 1.0 : -1.0) * Normalized(normal);
       const double there = level.Depth(q + (covered ? allowed : -allowed) * unit, r.offset);
       if (covered ? there < 0.9 * allowed : there > -0.9 * allowed) return;
-      worst = (std::max)(worst, d);
+      if (d > worst) worst = d, place = q;
     });
+  return worst;
+}
+
+void CheckReached(const Level& level, const Result& r, double error, Tally& tally) {
+  DPoint place{0, 0};
+  double worst = WorstMiss(level, r, error, place);
+  if (worst > 0) worst = WorstMiss(level.Finer(), r, error, place);
   tally.Checked("reached");
-  if (worst > 0) tally.Failed("reached", level, r.offset, worst / error);
+  if (worst > 0) tally.Failed("reached", level, r, worst / error, &place);
 }
 
 /// The parameters at which two segments cross near two given ones; false when they do not.
 bool Refine(const Segment& f, const Segment& g, double& s, double& t) {
   for (int k = 0; k < 12; ++k) {
     const double h = 1e-5;
-    const DVector df = (1 / (2 * h)) * (f.At(s + h) - f.At(s - h)), dg = (1 / (2 * h)) * (g.At(t + h) - g.At(t - h));
+    const DVector df = (1 / (2 * h)) * (f.At(s + h) - f.At(s - h)),
+                  dg = (1 / (2 * h)) * (g.At(t + h) - g.At(t - h));
     const DVector gap = g.At(t) - f.At(s);
     const double det = Cross(df, dg);
     if (det == 0) return false;
@@ -318,7 +389,8 @@ double CrossingDepth(const Result& r) {
       if (!(side(c, o.a) * side(c, o.b) < 0 && side(o, c.a) * side(o, c.b) < 0)) return;
       const Segment &f = r.segments[static_cast<std::size_t>(c.segment)],
                     &g = r.segments[static_cast<std::size_t>(o.segment)];
-      const double sc = side(o, c.a) / (side(o, c.a) - side(o, c.b)), so = side(c, o.a) / (side(c, o.a) - side(c, o.b));
+      const double sc = side(o, c.a) / (side(o, c.a) - side(o, c.b)),
+                   so = side(c, o.a) / (side(c, o.a) - side(c, o.b));
       double s = c.from + sc * (c.to - c.from), t = o.from + so * (o.to - o.from);
       if (!Refine(f, g, s, t)) return;
       const DPoint at = f.At(s);
@@ -330,32 +402,47 @@ double CrossingDepth(const Result& r) {
   return deepest;
 }
 
-DVector StartTangent(const Segment& s) { return Normalized(s.p[1] != s.p[0] ? s.p[1] - s.p[0] : s.p[2] != s.p[0] ? s.p[2] - s.p[0] : s.p[3] - s.p[0]); }
-DVector EndTangent(const Segment& s) { return Normalized(s.p[2] != s.p[3] ? s.p[3] - s.p[2] : s.p[1] != s.p[3] ? s.p[3] - s.p[1] : s.p[3] - s.p[0]); }
+DVector StartTangent(const Segment& s) {
+  return Normalized(s.p[1] != s.p[0]   ? s.p[1] - s.p[0]
+                    : s.p[2] != s.p[0] ? s.p[2] - s.p[0]
+                                       : s.p[3] - s.p[0]);
+}
+DVector EndTangent(const Segment& s) {
+  return Normalized(s.p[2] != s.p[3]   ? s.p[3] - s.p[2]
+                    : s.p[1] != s.p[3] ? s.p[3] - s.p[1]
+                                       : s.p[3] - s.p[0]);
+}
 
 void CheckClean(const Level& level, const Result& r, double error, Tally& tally) {
   tally.Checked("clean: crossing");
   const double deep = CrossingDepth(r);
-  if (deep > 1) tally.Failed("clean: crossing", level, r.offset, deep);
-  else if (deep > 0) tally.Failed("clean: crossing at a node", level, r.offset, deep);
+  if (deep > 1)
+    tally.Failed("clean: crossing", level, r, deep);
+  else if (deep > 0)
+    tally.Failed("clean: crossing at a node", level, r, deep);
   if (!Lumo::IsValidCurve(r.path.GetNodeTypes(), r.path.GetPointCount()))
-    tally.Failed("clean: invalid", level, r.offset, 0);
+    tally.Failed("clean: invalid", level, r, 0);
+  DPoint place{0, 0};
   double specks = 0, tiny = 0, back = 0, straight = 0;
   for (const auto& subpath : SubpathsOf(r.path)) {
     const Path one = StartingAt(subpath, 0);
     if (std::abs(Area(one)) < 0.125 * error * one.GetLength()) ++specks;
     for (std::size_t k = 0; k < subpath.size(); ++k) {
       const Segment &f = subpath[k], &g = subpath[(k + 1) % subpath.size()];
-      if (TavMath::Distance(f.p[0], f.p[3]) < 2 && subpath.size() > 1) ++tiny;
+      if (TavMath::Distance(f.p[0], f.p[3]) < 2 && subpath.size() > 1) ++tiny, place = f.p[3];
       const DVector u = EndTangent(f), v = StartTangent(g);
-      if (Dot(u, v) < -0.99999 && TavMath::Distance(f.p[0], f.p[3]) > 20 && TavMath::Distance(g.p[0], g.p[3]) > 20) ++back;
-      if (f.line && g.line && Dot(u, v) > 0 && std::abs(Cross(u, v)) * TavMath::Distance(g.p[0], g.p[3]) < 0.1) ++straight;
+      if (Dot(u, v) < -0.99999 && TavMath::Distance(f.p[0], f.p[3]) > 20 &&
+          TavMath::Distance(g.p[0], g.p[3]) > 20)
+        ++back, place = f.p[3];
+      if (f.line && g.line && Dot(u, v) > 0 &&
+          std::abs(Cross(u, v)) * TavMath::Distance(g.p[0], g.p[3]) < 0.1)
+        ++straight;
     }
   }
-  if (specks > 0) tally.Failed("clean: specks", level, r.offset, specks);
-  if (tiny > 0) tally.Failed("clean: tiny segments", level, r.offset, tiny);
-  if (back > 0) tally.Failed("clean: turning back", level, r.offset, back);
-  if (straight > 0) tally.Failed("clean: nodes on lines", level, r.offset, straight);
+  if (specks > 0) tally.Failed("clean: specks", level, r, specks);
+  if (tiny > 0) tally.Failed("clean: tiny segments", level, r, tiny, &place);
+  if (back > 0) tally.Failed("clean: turning back", level, r, back, &place);
+  if (straight > 0) tally.Failed("clean: nodes on lines", level, r, straight);
 }
 
 double AreaOf(const ClipperLib::Paths& paths) {
@@ -384,7 +471,7 @@ void CheckArea(const Level& level, const Result& r, double error, Tally& tally) 
   const double area = std::abs(AreaOf(differ)), allowed = error * perimeter;
   tally.Checked("area");
   if (allowed > 0) tally.Worst("area", area / allowed);
-  if (area > allowed) tally.Failed("area", level, r.offset, area / allowed);
+  if (area > allowed) tally.Failed("area", level, r, area / allowed);
 }
 
 /// Whether no sampled point of the smaller result lies outside the larger by more than the tolerance.
@@ -401,32 +488,37 @@ bool Contains(const Result& larger, const Result& smaller, double tolerance, dou
 void CheckOrder(const Level& level, const std::vector<Result>& results, double error, Tally& tally) {
   for (std::size_t k = 0; k + 1 < results.size(); ++k) {
     const Result &small = results[k], &large = results[k + 1];
-    const double e = MaxError(large.offset, error) + MaxError(small.offset, error) + 2 * kConnect + 2 * kGrid + kFlat;
+    const double e =
+        MaxError(large.offset, error) + MaxError(small.offset, error) + 2 * kConnect + 2 * kGrid + kFlat;
     double worst = 0;
     tally.Checked("order");
     if (!Contains(large, small, (std::max)(0.0, e - (large.offset - small.offset)), worst))
-      tally.Failed("order", level, small.offset, worst / e);
+      tally.Failed("order", level, small, worst / e);
     const double slack = (std::max)(0.0, e - (large.offset - small.offset)) * small.path.GetLength();
     if (std::abs(Area(small.path)) > std::abs(Area(large.path)) + slack)
-      tally.Failed("order: area", level, small.offset, std::abs(Area(small.path)) / std::abs(Area(large.path)));
+      tally.Failed("order: area", level, small, std::abs(Area(small.path)) / std::abs(Area(large.path)));
   }
 }
 
 void CheckJoins(const Level& level, const Result& round, double error, Tally& tally) {
   const double e = MaxError(round.offset, error), allowed = 2 * (e + kConnect + kGrid) + kFlat;
-  const Result miter(round.offset, OffsetOf(level.path, round.offset, error, std::make_unique<Lumo::MiteredCorner>(30, nullptr)));
-  const Result bevel(round.offset, OffsetOf(level.path, round.offset, error, std::make_unique<Lumo::Bevel>()));
+  const Result miter(round.offset, OffsetOf(level.path, round.offset, error,
+                                            std::make_unique<Lumo::MiteredCorner>(30, nullptr)));
+  const Result bevel(round.offset,
+                     OffsetOf(level.path, round.offset, error, std::make_unique<Lumo::Bevel>()));
   double worst = 0;
   tally.Checked("order: joins");
   if (!Contains(miter, round, allowed, worst)) {
     // A miter beyond its limit is bevelled: only ask where it is not.
     double sharpest = 0;
     for (const Result* r : {&round}) static_cast<void>(r);
-    const Result ray(round.offset, OffsetOf(level.path, round.offset, error, std::make_unique<Lumo::MiteredCorner>(0, nullptr)));
-    if (!Contains(ray, round, allowed, sharpest)) tally.Failed("order: joins, miter", level, round.offset, sharpest / e);
+    const Result ray(round.offset, OffsetOf(level.path, round.offset, error,
+                                            std::make_unique<Lumo::MiteredCorner>(0, nullptr)));
+    if (!Contains(ray, round, allowed, sharpest))
+      tally.Failed("order: joins, miter", level, round, sharpest / e);
   }
   worst = 0;
-  if (!Contains(round, bevel, allowed, worst)) tally.Failed("order: joins, bevel", level, round.offset, worst / e);
+  if (!Contains(round, bevel, allowed, worst)) tally.Failed("order: joins, bevel", level, round, worst / e);
 }
 
 void CheckStart(const Level& level, const Result& r, double error, std::mt19937_64& random, Tally& tally) {
@@ -441,9 +533,10 @@ void CheckStart(const Level& level, const Result& r, double error, std::mt19937_
   tally.Checked("start");
   double worst = 0, back = 0;
   const bool same = Contains(other, r, allowed, worst) && Contains(r, other, allowed, back);
-  if (!same) tally.Failed("start", level, r.offset, (std::max)(worst, back) / e);
+  if (!same) tally.Failed("start", level, r, (std::max)(worst, back) / e);
   const double slack = e * (r.path.GetLength() + other.path.GetLength()) / 2;
-  if (std::abs(Area(r.path) - Area(other.path)) > slack) tally.Failed("start: area", level, r.offset, (Area(r.path) - Area(other.path)) / slack);
+  if (std::abs(Area(r.path) - Area(other.path)) > slack)
+    tally.Failed("start: area", level, r, (Area(r.path) - Area(other.path)) / slack);
 }
 
 void CheckNodes(const Level& level, const Result& r, Tally& tally, std::size_t& source, std::size_t& result) {
@@ -460,7 +553,8 @@ void CheckNodes(const Level& level, const Result& r, Tally& tally, std::size_t& 
   source += 2 * nodes + joins, result += r.segments.size();
   tally.Checked("nodes");
   if (r.segments.size() > 2 * nodes + joins)
-    tally.Failed("nodes", level, r.offset, static_cast<double>(r.segments.size()) / static_cast<double>(2 * nodes + joins));
+    tally.Failed("nodes", level, r,
+                 static_cast<double>(r.segments.size()) / static_cast<double>(2 * nodes + joins));
 }
 
 /// Shares of the size; each element's own are up to a third larger or smaller.
@@ -475,7 +569,8 @@ void CheckLevel(const Level& level, double error, std::mt19937_64& random, Tally
   std::vector<Result> results;
   ++totals.levels;
   for (const double share : kShares) {
-    const double offset = std::abs(share) == 3 ? 3 * kSize : share * vary * kSize, e = MaxError(offset, error);
+    const double offset = std::abs(share) == 3 ? 3 * kSize : share * vary * kSize,
+                 e = MaxError(offset, error);
     results.emplace_back(offset, OffsetOf(level.path, offset, error));
     const Result& r = results.back();
     ++totals.runs;
@@ -501,7 +596,8 @@ Path AtSize(Path path) {
   return path;
 }
 
-void CheckElement(const std::string& name, const Path& element, double error, std::uint64_t seed, Tally& tally, Totals& totals) {
+void CheckElement(const std::string& name, const Path& element, double error, std::uint64_t seed,
+                  Tally& tally, Totals& totals) {
   std::mt19937_64 random(seed);
   const Path path = AtSize(element);
   if (path.IsEmpty()) return;
@@ -551,11 +647,14 @@ int main(int argc, char** argv) {
       most = static_cast<std::size_t>(std::atol(argv[++k]));
     } else if (is("--error")) {
       error = std::atof(argv[++k]);
+    } else if (is("--draw")) {
+      tally.folder = argv[++k];
     } else if (is("--random")) {
       const int count = std::atoi(argv[++k]);
       for (int i = 0; i < count; ++i, ++elements) {
         std::mt19937_64 random(static_cast<std::uint64_t>(i));
-        CheckElement("random " + std::to_string(i), RandomPath(random), error, static_cast<std::uint64_t>(i), tally, totals);
+        CheckElement("random " + std::to_string(i), RandomPath(random), error, static_cast<std::uint64_t>(i),
+                     tally, totals);
       }
     } else {
       try {
@@ -569,8 +668,11 @@ int main(int argc, char** argv) {
     }
   }
   if (elements == 0)
-    return std::fprintf(stderr, "usage: check_offset [--list] [--most N] [--random N] [--error E] FILE.svg ...\n"), 1;
-  std::printf("%zu elements, %zu levels, %zu offsets; nodes %zu of %zu allowed\n", elements, totals.levels, totals.runs, totals.nodes, totals.allowedNodes);
+    return std::fprintf(stderr,
+                        "usage: check_offset [--list] [--most N] [--random N] [--error E] FILE.svg ...\n"),
+           1;
+  std::printf("%zu elements, %zu levels, %zu offsets; nodes %zu of %zu allowed\n", elements, totals.levels,
+              totals.runs, totals.nodes, totals.allowedNodes);
   tally.Print();
   return 0;
 }

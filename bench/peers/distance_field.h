@@ -105,7 +105,9 @@ class ChordTree {
     if (!IsEmpty()) Nearest(0, p, best);
     return std::sqrt(best);
   }
-  double BoxDistance(const DPoint& p) const { return IsEmpty() ? 1e300 : std::sqrt(nodes_[0].DistanceSqrd(p)); }
+  double BoxDistance(const DPoint& p) const {
+    return IsEmpty() ? 1e300 : std::sqrt(nodes_[0].DistanceSqrd(p));
+  }
 
   /// How often the chords wind about a point that is not on them.
   int Winding(const DPoint& p) const { return IsEmpty() ? 0 : CountRay(0, p); }
@@ -128,7 +130,8 @@ class ChordTree {
     std::size_t first, end;
     std::size_t second = 0;  // 0: a leaf; the first child follows its parent
     double DistanceSqrd(const DPoint& p) const {
-      const double dx = std::fmax(0, std::fmax(x0 - p.x, p.x - x1)), dy = std::fmax(0, std::fmax(y0 - p.y, p.y - y1));
+      const double dx = std::fmax(0, std::fmax(x0 - p.x, p.x - x1)),
+                   dy = std::fmax(0, std::fmax(y0 - p.y, p.y - y1));
       return dx * dx + dy * dy;
     }
   };
@@ -160,7 +163,8 @@ class ChordTree {
   void Nearest(std::size_t at, const DPoint& p, double& best) const {
     const Node& node = nodes_[at];
     if (node.second == 0) {
-      for (std::size_t k = node.first; k < node.end; ++k) best = (std::min)(best, DistanceSqrdTo(chords_[k], p));
+      for (std::size_t k = node.first; k < node.end; ++k)
+        best = (std::min)(best, DistanceSqrdTo(chords_[k], p));
       return;
     }
     std::size_t near = at + 1, far = node.second;
