@@ -6,6 +6,7 @@
 #include "boolean/winding_filter.h"
 #include "lumo/measure.h"
 #include "offset/bands.h"
+#include "offset/cracks.h"
 #include "offset/raw_path.h"
 #include "offset/tolerances.h"
 
@@ -86,7 +87,7 @@ bool Shrink(const OwnedPath& outlines, double distance, const OffsetSettings& se
       AppendRawOffset(source, distance, settings, raw.Out());
       if (!Filter(raw, WindingRule::negative, kept)) return false;
     }
-    RemoveCracks(kept, settings.MaxOffsetError() + settings.MaxConnectError());
+    RemoveCracks(kept, outlines, settings);
     result.Append(kept);
   }
   return true;
@@ -143,26 +144,6 @@ bool OffsetConvex(OwnedPath outline, const OffsetSettings& settings, OwnedPath& 
 
 }  // namespace
 
-void RemoveCracks(OwnedPath& path, double tolerance) {
-  const std::vector<Range> ranges = Subpaths(path.nodes.data(), path.Count());
-  const auto isCrack = [&](const Range& range) {
-    const Source source = SourceOf(path, range);
-    const double least = std::abs(AreaOf(path, range)) / (kCrackShare * tolerance);
-    // The control polygon is longer than the outline, and nearly always tells enough.
-    double polygon = 0;
-    for (int k = 1; k < source.count; ++k)
-      polygon += TavMath::Distance(source.points[k - 1], source.points[k]);
-    return !(least > polygon) && !(least > GetLength(source.points, source.nodes, source.count));
-  };
-  if (std::none_of(ranges.begin(), ranges.end(), isCrack)) return;
-  OwnedPath kept;
-  for (const Range& range : ranges) {
-    const Source source = SourceOf(path, range);
-    if (!isCrack(range)) kept.Append(source.points, source.nodes, source.count);
-  }
-  path = std::move(kept);
-}
-
 bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, OwnedPath& result) {
   if (settings.Offset() != 0 && IsConvex(subpath)) return OffsetConvex(subpath, settings, result);
   OwnedPath clean;
@@ -185,7 +166,7 @@ bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, Owne
       return false;
   }
   if (!Subtract(outer, std::move(holes), result)) return false;
-  RemoveCracks(result, settings.MaxOffsetError() + settings.MaxConnectError());
+  RemoveCracks(result, clean, settings);
   return true;
 }
 

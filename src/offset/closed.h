@@ -10,8 +10,4 @@ namespace Lumo::Offset {
 /// shrunk: closed outlines, outer ones clockwise (y up), holes the other way. False when memory runs out.
 bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, OwnedPath& result);
 
-/// Takes out of `path` the outlines that are only cracks between pieces, each of which may be off by
-/// `tolerance`.
-void RemoveCracks(OwnedPath& path, double tolerance);
-
 }  // namespace Lumo::Offset

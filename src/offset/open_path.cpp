@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "offset/raw_path.h"
+#include "offset/reach.h"
 #include "offset/tolerances.h"
 #include "tav/math/cubic_bezier.h"
 
@@ -13,25 +14,6 @@ using namespace TavMath;
 using namespace TavMath::CubicBezier;
 
 namespace {
-
-BoundsT<double> BoxOf(const Part& part) {
-  BoundsT<double> box;
-  for (const DPoint& p : part.curve) box.Add(p.x, p.y);
-  return box;
-}
-
-std::vector<Part> PartsOf(const DPoint* points, const NODETYPE* nodes, int count) {
-  std::vector<Part> parts;
-  for (int k = 1; k < count; ++k) {
-    if (nodes[k].IsControl() && k + 2 < count) {
-      parts.push_back({{points[k - 1], points[k], points[k + 1], points[k + 2]}, false});
-      k += 2;
-    } else {
-      parts.push_back({{points[k - 1], points[k - 1], points[k], points[k]}, true});
-    }
-  }
-  return parts;
-}
 
 /// The parameters at which each part is crossed by another.
 class SelfCrossings {
@@ -67,28 +49,13 @@ class SelfCrossings {
   std::vector<std::vector<double>> cuts_;
 };
 
-/// Whether a point lies nearer to the source than the limit.
-bool IsNear(const std::vector<Part>& source, const DPoint& p, double limit) {
-  for (const Part& part : source) {
-    BoundsT<double> box = BoxOf(part);
-    box.Inflate(limit, limit);
-    if (!box.Contains(p.x, p.y)) continue;
-    double t, distanceSqrd;
-    DPoint nearest;
-    if (FindClosestPointOnBezier(part.curve.data(), p, t, nearest, distanceSqrd) &&
-        distanceSqrd < limit * limit)
-      return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 void OffsetOpenPath(const OwnedPath& subpath, double distance, const OffsetSettings& settings,
                     OwnedPath& result) {
   OwnedPath raw;
   AppendRawOffset(SourceOf(subpath, {0, subpath.Count()}), distance, settings, raw.Out());
-  const std::vector<Part> source = PartsOf(subpath.points.data(), subpath.nodes.data(), subpath.Count());
+  const Reach source(subpath.points.data(), subpath.nodes.data(), subpath.Count());
   const std::vector<Part> parts = PartsOf(raw.points.data(), raw.nodes.data(), raw.Count());
   const SelfCrossings crossings(parts);
   // What a piece may err, and a little of the distance, so that stretches at the distance are never taken
@@ -110,7 +77,7 @@ void OffsetOpenPath(const OwnedPath& subpath, double distance, const OffsetSetti
         Subsection(from, to, parts[k].curve.data(), part.curve.data());
       }
       from = to;
-      if (IsNear(source, Evaluate(part.curve.data(), 0.5), limit)) {
+      if (source.Holds(Evaluate(part.curve.data(), 0.5), limit)) {
         broken = true;
         continue;
       }

@@ -76,6 +76,9 @@ inline constexpr double kSliverArea = 1000000.0;
 /// A closed result whose area is below this share of its length times the offset and connection errors is a
 /// crack between two pieces, not an offset: its mean width is a quarter of what each of them may be off.
 inline constexpr double kCrackShare = 0.125;
+/// Up to this share it may still be one, both pieces being off as far as they may, to opposite sides; it is
+/// if it comes nearer to the source than the distance less twice those errors.
+inline constexpr double kThinShare = 2;
 /// Squared distance (units^2) within which nodes between two lines are taken out of the source before
 /// offsetting.
 inline constexpr double kSourceCollinearSqrd = 1e-6;

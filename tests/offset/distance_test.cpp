@@ -77,6 +77,21 @@ TEST(OffsetDistance, DenseOutlines) {
     }
 }
 
+TEST(OffsetDistance, FarOutNothingIsLeftBetweenPiecesThatAreOffToOppositeSides) {
+  // Pieces of the raw offset that run close together, each off by what it may, cross and part again; what lies
+  // between them is within reach of the source.
+  const DPoint p[] = {{713278.053, 471698.813}, {869313.319, 557953.999}, {711762.371, 840547.007},
+                      {701177.167, 1048576},    {573056.194, 813752.484}, {283472.961, 937670.637},
+                      {195826.539, 702675.304}, {231994.875, 510086.508}, {220347.515, 283894.704},
+                      {0, 98446.012},           {667002.641, 0},          {649147.695, 183886.38},
+                      {665156.351, 460020.664}, {713278.053, 471698.813}};
+  const int types[] = {0x0C, 0xC0, 0xC0, 0x84, 0xC0, 0xC0, 0x84, 0xC0, 0xC0, 0x84, 0x44, 0xC0, 0xC0, 0x88};
+  DoublePath path;
+  for (int k = 0; k < 14; ++k) path.Add(NODETYPE(static_cast<unsigned char>(types[k])), p[k]);
+  for (const double offset : {2.5e6, 3145728.0, 4e6})
+    EXPECT_EQ(test::Flatten(OffsetOf(path, offset), 1).size(), 1u) << offset;
+}
+
 TEST(OffsetDistance, InsetPastTheInradiusIsEmpty) {
   const DoublePath square = ClosedPolygon({{0, 0}, {0, 20000}, {20000, 20000}, {20000, 0}});
   EXPECT_FALSE(OffsetOf(square, -9900).empty());
