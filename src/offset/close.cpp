@@ -87,7 +87,7 @@ void CloseOffsetCurves(const TavMath::DPoint* points, const NODETYPE* nodes, int
   if (!(distance > 0) || !std::isfinite(distance)) return;
   const std::size_t before = outPoints.size(), nodesBefore = outNodes.size();
   try {
-    const Offset::OwnedPath subpath = Offset::PrepareSubpath(points, nodes, count, settings.RepairSettings());
+    const Offset::OwnedPath subpath = Offset::PrepareSubpath(points, nodes, count, settings);
     Offset::OwnedPath result;
     if (subpath.IsEmpty() || !Offset::CloseOpenPath(subpath, side, distance, settings, result)) return;
     outPoints.insert(outPoints.end(), result.points.begin(), result.points.end());

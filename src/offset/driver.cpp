@@ -119,7 +119,7 @@ class Driver {
   }
 
   bool RunSubpath(const DPoint* points, const NODETYPE* nodes, int count, Level& out) {
-    const OwnedPath subpath = PrepareSubpath(points, nodes, count, settings_.RepairSettings());
+    const OwnedPath subpath = PrepareSubpath(points, nodes, count, settings_);
     if (subpath.IsEmpty()) return true;
     if (subpath.nodes.front().IsClosed()) return OffsetGround(subpath, settings_, out.closed);
     return RunOpen(subpath, out);

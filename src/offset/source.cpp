@@ -118,16 +118,47 @@ class Cleaner {
   OwnedPath& out_;
 };
 
+/// Whether no curve of one path can be farther from the same curve of the other, whose nodes are the same
+/// but whose handles may have moved.
+bool IsMovedAtMost(const OwnedPath& path, const OwnedPath& moved, double most) {
+  if (path.points.size() != moved.points.size()) return false;
+  for (std::size_t k = 0; k + 1 < path.points.size(); ++k) {
+    if (!path.nodes[k].IsControl()) continue;
+    // Neither control of a cubic weighs more than 4/9.
+    const double move =
+        4.0 / 9 *
+        (Distance(path.points[k], moved.points[k]) + Distance(path.points[k + 1], moved.points[k + 1]));
+    if (!(move <= most)) return false;
+    ++k;
+  }
+  return true;
+}
+
+/// Repairs a subpath. Handles that the repair moves take their curve along; when that could be felt, by more
+/// than `mostMove`, the subpath keeps its handles.
+void Repair(OwnedPath& path, CurveRepairSettings repair, double mostMove) {
+  OwnedPath repaired = path;
+  CurveRepairReport report;
+  RepairCurves(repaired.points, repaired.nodes, repair, &report);
+  if (report.overlappingHandles + report.tightEndpoints > 0) {
+    repair.SetFixOverlappingHandles(false);
+    repair.SetFixTightEndpointRadius(false);
+    RepairCurves(path.points, path.nodes, repair);
+    if (!IsMovedAtMost(path, repaired, mostMove)) return;
+  }
+  path = std::move(repaired);
+}
+
 }  // namespace
 
 OwnedPath PrepareSubpath(const DPoint* points, const NODETYPE* nodes, int count,
-                         const CurveRepairSettings& repair) {
+                         const OffsetSettings& settings) {
   OwnedPath result;
   if (count < 2 || !IsFinite(points, count)) return result;
   OwnedPath source;
   source.Append(points, nodes, count);
   source.nodes[0].Set(NODETYPE::kLetter, false);
-  RepairCurves(source.points, source.nodes, repair);
+  Repair(source, settings.RepairSettings(), kRepairShare * settings.MaxOffsetError());
   if (source.Count() < 2) return result;
   const bool closed = source.nodes[0].IsClosed();
   result.points.reserve(source.points.size());

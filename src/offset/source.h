@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "lumo/repair.h"
+#include "lumo/offset_settings.h"
 #include "offset/piece.h"
 
 namespace Lumo::Offset {
@@ -32,10 +32,11 @@ std::vector<Range> Subpaths(const NODETYPE* nodes, int count);
 /// A view of one subpath for the offset.
 Source SourceOf(const OwnedPath& path, const Range& range);
 
-/// A copy of one subpath, repaired, without zero-length segments and without nodes on straight runs, with a
-/// node at every cusp inside a curve; no node selected or carrying a letter flag. Empty when nothing is left
-/// or a coordinate is not finite.
+/// A copy of one subpath, repaired as the settings say (but for handles whose move could be felt in the
+/// result), without zero-length segments and without nodes on straight runs, with a node at every cusp inside
+/// a curve; no node selected or carrying a letter flag. Empty when nothing is left or a coordinate is not
+/// finite.
 OwnedPath PrepareSubpath(const DPoint* points, const NODETYPE* nodes, int count,
-                         const CurveRepairSettings& repair);
+                         const OffsetSettings& settings);
 
 }  // namespace Lumo::Offset

@@ -92,6 +92,31 @@ TEST(OffsetDistance, FarOutNothingIsLeftBetweenPiecesThatAreOffToOppositeSides) 
     EXPECT_EQ(test::Flatten(OffsetOf(path, offset), 1).size(), 1u) << offset;
 }
 
+TEST(OffsetDistance, CurvesKeepTheirShapeWhereTheirHandlesSayNothing) {
+  // Moving the handle off its node by a fraction of the chord would bend the long curve by more than the
+  // error.
+  const Cubic curve{{{0, 0}, {0, 0}, {300000, 700000}, {1000000, 0}}};
+  DoublePath path;
+  path.Add(NODETYPE(0x0C), curve[0]);
+  path.Add(NODETYPE(0xC0), curve[1]);
+  path.Add(NODETYPE(0xC0), curve[2]);
+  path.Add(NODETYPE(0x84), curve[3]);
+  path.Add(NODETYPE(0x48), curve[0]);
+  for (const double offset : {3000.0, -3000.0}) {
+    double worst = 0;
+    for (const test::Polyline& line : test::Flatten(OffsetOf(path, offset), 64))
+      for (const DPoint& p : line.points) {
+        double t, distanceSqrd;
+        DPoint nearest;
+        ASSERT_TRUE(CubicBezier::FindClosestPointOnBezier(curve.data(), p, t, nearest, distanceSqrd));
+        const double toLine = Distance(p, {std::clamp(p.x, 0.0, 1e6), 0});
+        const double least = std::fmin(std::sqrt(distanceSqrd), toLine);
+        worst = std::fmax(worst, std::abs(least - std::abs(offset)));
+      }
+    EXPECT_LE(worst, 151) << offset;
+  }
+}
+
 TEST(OffsetDistance, InsetPastTheInradiusIsEmpty) {
   const DoublePath square = ClosedPolygon({{0, 0}, {0, 20000}, {20000, 20000}, {20000, 0}});
   EXPECT_FALSE(OffsetOf(square, -9900).empty());
