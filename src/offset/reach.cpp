@@ -26,23 +26,30 @@ std::vector<Part> PartsOf(const DPoint* points, const NODETYPE* nodes, int count
   return parts;
 }
 
-Reach::Reach(const DPoint* points, const NODETYPE* nodes, int count) : parts_(PartsOf(points, nodes, count)) {
-  boxes_.reserve(parts_.size());
-  for (const Part& part : parts_) boxes_.push_back(BoxOf(part));
+namespace {
+
+std::vector<BoundsT<double>> BoxesOf(const std::vector<Part>& parts) {
+  std::vector<BoundsT<double>> boxes;
+  boxes.reserve(parts.size());
+  for (const Part& part : parts) boxes.push_back(BoxOf(part));
+  return boxes;
 }
 
+}  // namespace
+
+Reach::Reach(const DPoint* points, const NODETYPE* nodes, int count)
+    : parts_(PartsOf(points, nodes, count)), tree_(BoxesOf(parts_)) {}
+
 bool Reach::Holds(const DPoint& p, double limit) const {
-  for (std::size_t k = 0; k < parts_.size(); ++k) {
-    BoundsT<double> box = boxes_[k];
-    box.Inflate(limit, limit);
-    if (!box.Contains(p.x, p.y)) continue;
+  bool held = false;
+  tree_.Visit({p.x - limit, p.y - limit, p.x + limit, p.y + limit}, [&](std::size_t k) {
     double t, distanceSqrd;
     DPoint nearest;
-    if (CubicBezier::FindClosestPointOnBezier(parts_[k].curve.data(), p, t, nearest, distanceSqrd) &&
-        distanceSqrd < limit * limit)
-      return true;
-  }
-  return false;
+    held =
+        held || (CubicBezier::FindClosestPointOnBezier(parts_[k].curve.data(), p, t, nearest, distanceSqrd) &&
+                 distanceSqrd < limit * limit);
+  });
+  return held;
 }
 
 }  // namespace Lumo::Offset

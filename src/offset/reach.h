@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "intersect/box_tree.h"
 #include "offset/piece.h"
 #include "tav/math/bounds.h"
 
@@ -23,7 +24,7 @@ class Reach {
 
  private:
   std::vector<Part> parts_;
-  std::vector<TavMath::BoundsT<double>> boxes_;
+  BoxTree tree_;
 };
 
 }  // namespace Lumo::Offset

@@ -51,6 +51,17 @@ inline constexpr int kSplitDepth = 16;
 /// Successive splits at one level; a cubic at the rounding of its coordinates needs some forty.
 inline constexpr int kSplitsInARow = 64;
 
+// --- open paths
+// ----------------------------------------------------------------------------------------------
+/// Places at which a piece of a parallel is asked whether it lies too near to the path: a stretch shorter
+/// than the distance between two of them may be passed over.
+inline constexpr int kReachLooks = 16;
+/// Halvings that tell where it comes too near: to a millionth of the piece.
+inline constexpr int kReachHalvings = 16;
+/// What runs on past a crossing before it comes too near, in offset errors: branches that cross at more than
+/// fifteen degrees have lost an error by then.
+inline constexpr double kOvershoot = 4;
+
 // --- connecting
 // ----------------------------------------------------------------------------------------------
 /// Turn (degrees) up to which two pieces count as running on, and the squared gaps (units^2) that are then,

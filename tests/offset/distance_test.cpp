@@ -78,8 +78,8 @@ TEST(OffsetDistance, DenseOutlines) {
 }
 
 TEST(OffsetDistance, FarOutNothingIsLeftBetweenPiecesThatAreOffToOppositeSides) {
-  // Pieces of the raw offset that run close together, each off by what it may, cross and part again; what lies
-  // between them is within reach of the source.
+  // Pieces of the raw offset that run close together, each off by what it may, cross and part again; what
+  // lies between them is within reach of the source.
   const DPoint p[] = {{713278.053, 471698.813}, {869313.319, 557953.999}, {711762.371, 840547.007},
                       {701177.167, 1048576},    {573056.194, 813752.484}, {283472.961, 937670.637},
                       {195826.539, 702675.304}, {231994.875, 510086.508}, {220347.515, 283894.704},
@@ -115,6 +115,46 @@ TEST(OffsetDistance, CurvesKeepTheirShapeWhereTheirHandlesSayNothing) {
       }
     EXPECT_LE(worst, 151) << offset;
   }
+}
+
+TEST(OffsetDistance, ParallelsOfOpenPathsKeepTheirDistanceAndLoseNothing) {
+  Random random(36);
+  int reached = 0;
+  for (int k = 0; k < 40; ++k) {
+    // A blob without its last segment: bent, and with its ends near each other.
+    DoublePath path = RandomBlob(random, 3 + random.Below(6), 50000, k % 2 == 0, 0.6);
+    const std::size_t dropped = path.types.back().IsCurve() ? 3 : 1;
+    path.points.resize(path.points.size() - dropped);
+    path.types.resize(path.types.size() - dropped);
+    path.types.front().Set(NODETYPE::kClosed, false);
+    const double distance = (k % 4 < 2 ? 1 : -1) * random.LogUniform(500, 30000), least = std::abs(distance);
+    const Lumo::PolycurveT<DPoint> curve(path.points.data(), path.types.data(), path.points.size());
+    const auto parallel = curve.CreateParallelCurve(distance);
+    DoublePath result;
+    for (std::size_t i = 0; i < parallel.GetPointCount(); ++i)
+      result.Add(parallel.GetNodeType(i), parallel.GetPoint(i));
+    EXPECT_TRUE(test::IsWellFormed(result));
+    const auto source = test::Flatten(path, 256), lines = test::Flatten(result, 32);
+    const double error = std::fmax(100, distance / 100);
+    for (const test::Polyline& line : lines)
+      for (const DPoint& p : line.points)
+        ASSERT_GE(test::DistanceTo(source, p), least - 1.2 * error - 10) << distance << " of\n"
+                                                                         << test::ToSvg(path) << "\ngives\n"
+                                                                         << test::ToSvg(result);
+    for (const test::Polyline& line : source)
+      for (std::size_t i = 1; i < line.points.size(); ++i) {
+        const DVector along = line.points[i] - line.points[i - 1];
+        if (!(LengthSqrd(along) > 0)) continue;
+        const DPoint p = Midpoint(line.points[i - 1], line.points[i]) +
+                         DVector{-along.y, along.x} * (distance / Length(along));
+        if (test::DistanceTo(source, p) < least - 1) continue;
+        ++reached;
+        ASSERT_LE(test::DistanceTo(lines, p), 5 * error) << p.x << "," << p.y << ", " << distance << " of\n"
+                                                         << test::ToSvg(path) << "\ngives\n"
+                                                         << test::ToSvg(result);
+      }
+  }
+  EXPECT_GT(reached, 5000);
 }
 
 TEST(OffsetDistance, InsetPastTheInradiusIsEmpty) {
