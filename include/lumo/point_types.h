@@ -35,4 +35,8 @@ namespace Lumo {
 template <class T>
 using NotDeduced = std::common_type_t<T>;
 
+/// Exists where the two types are one: a template with it takes that type as it is, without conversions.
+template <class A, class B>
+using Only = std::enable_if_t<std::is_same_v<A, B>, int>;
+
 }  // namespace Lumo

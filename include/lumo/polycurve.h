@@ -445,40 +445,40 @@ class LUMO_TEMPLATE_API PolycurveT {
                               bool userOnEnd) noexcept;
   /// The shapes with points of the other kind: of doubles for an integer path (it is the nodes that are
   /// rounded, not what is given), of integers for a double path.
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateLine(const P& a, const P& b) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
   }
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateEllipse(const P& center, double rx, double ry, double startAngle = 0,
                                   double endAngle = 0, bool pie = false, bool userOnEnd = false) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateEllipse(InDoubles(center), rx, ry, startAngle,
                                                                   endAngle, pie, userOnEnd));
   }
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateCircle(const P& center, double radius) noexcept {
     return CreateEllipse(center, radius, radius);
   }
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   bool CreateLineSubpath(const P& a, const P& b) noexcept {
     return PushBackShape(CreateLine(a, b));
   }
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   bool CreateEllipseSubpath(const P& center, double rx, double ry, double startAngle = 0, double endAngle = 0,
                             bool pie = false, bool userOnEnd = false) noexcept {
     return PushBackShape(CreateEllipse(center, rx, ry, startAngle, endAngle, pie, userOnEnd));
   }
-  template <std::same_as<OtherPoint> P>
+  template <class P, Only<P, OtherPoint> = 0>
   bool CreateCircleSubpath(const P& center, double radius) noexcept {
     return CreateEllipseSubpath(center, radius, radius);
   }
 
   /// The same with a box of the other kind.
-  template <std::same_as<BoxT<OtherPoint>> Rect>
+  template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   static PolycurveT CreateRectangle(const Rect& rect) noexcept {
     return FromDoubles(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
   }
-  template <std::same_as<BoxT<OtherPoint>> Rect>
+  template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   bool CreateRectangleSubpath(const Rect& rect) noexcept {
     return PushBackShape(CreateRectangle(rect));
   }

@@ -9,7 +9,6 @@
 // "Approximation of circular arcs by cubic polynomials", Computer Aided Geometric Design 8, 1991.)
 
 #include <cstddef>
-#include <type_traits>
 
 #include "lumo/forward.h"
 #include "lumo/node_type.h"
@@ -95,52 +94,52 @@ LUMO_TEMPLATE_API std::size_t BuildCircularArc(T* points, NODETYPE* types, const
                                                const TavMath::DVector& tangent) noexcept;
 
 // The same with integer points for arguments.
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 std::size_t BuildLine(T* points, NODETYPE* types, const P& a, const P& b) noexcept {
   return BuildLine(points, types, {1.0 * a.x, 1.0 * a.y}, TavMath::DPoint{1.0 * b.x, 1.0 * b.y});
 }
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 std::size_t BuildEllipse(T* points, NODETYPE* types, const P& center, double rx, double ry, double startAngle,
                          double endAngle, bool pie, bool userOnEnd) noexcept {
   return BuildEllipse(points, types, TavMath::DPoint{1.0 * center.x, 1.0 * center.y}, rx, ry, startAngle,
                       endAngle, pie, userOnEnd);
 }
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 void BuildCircle(T* points, NODETYPE* types, const P& center, double r) noexcept {
   BuildCircle(points, types, TavMath::DPoint{1.0 * center.x, 1.0 * center.y}, r);
 }
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 std::size_t BuildCircularArc(T* points, NODETYPE* types, const P& center, double radius, double startAngle,
                              double endAngle) noexcept {
   return BuildCircularArc(points, types, TavMath::DPoint{1.0 * center.x, 1.0 * center.y}, radius, startAngle,
                           endAngle);
 }
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 std::size_t Build3PointCircularArc(T* points, NODETYPE* types, const P& p1, const P& p2,
                                    const P& p3) noexcept {
   return Build3PointCircularArc(points, types, TavMath::DPoint{1.0 * p1.x, 1.0 * p1.y},
                                 TavMath::DPoint{1.0 * p2.x, 1.0 * p2.y},
                                 TavMath::DPoint{1.0 * p3.x, 1.0 * p3.y});
 }
-template <class T, class P, std::enable_if_t<std::is_same_v<P, tagPOINT>, int> = 0>
+template <class T, class P, Only<P, tagPOINT> = 0>
 std::size_t BuildCircularArc(T* points, NODETYPE* types, const P& p1, const P& p2, const P& p3) noexcept {
   return Build3PointCircularArc(points, types, p1, p2, p3);
 }
 
 // The same with a rectangle of the other kind: rounded, or as doubles.
-template <std::same_as<tagPOINT> T, std::same_as<TavMath::BoundsT<double>> Rect>
+template <class T, class Rect, Only<T, tagPOINT> = 0, Only<Rect, TavMath::BoundsT<double>> = 0>
 std::size_t BuildRectangle(T* points, NODETYPE* types, const Rect& rect) noexcept {
   return BuildRectangle(points, types, TavMath::RoundBox(rect));
 }
-template <std::same_as<TavMath::DPoint> T, std::same_as<tagRECT> Rect>
+template <class T, class Rect, Only<T, TavMath::DPoint> = 0, Only<Rect, tagRECT> = 0>
 std::size_t BuildRectangle(T* points, NODETYPE* types, const Rect& rect) noexcept {
   return BuildRectangle(points, types, TavMath::ToBox(rect));
 }
-template <std::same_as<tagPOINT> T, std::same_as<TavMath::BoundsT<double>> Rect>
+template <class T, class Rect, Only<T, tagPOINT> = 0, Only<Rect, TavMath::BoundsT<double>> = 0>
 std::size_t BuildRectangle(T* points, const Rect& rect) noexcept {
   return BuildRectangle(points, TavMath::RoundBox(rect));
 }
-template <std::same_as<TavMath::DPoint> T, std::same_as<tagRECT> Rect>
+template <class T, class Rect, Only<T, TavMath::DPoint> = 0, Only<Rect, tagRECT> = 0>
 std::size_t BuildRectangle(T* points, const Rect& rect) noexcept {
   return BuildRectangle(points, TavMath::ToBox(rect));
 }
