@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <limits>
-#include <type_traits>
 
 #include "lumo/forward.h"
 #include "lumo/node_type.h"
@@ -64,10 +63,23 @@ struct LUMO_TYPE ClosestPoint {
   double distanceSqrd = (std::numeric_limits<double>::max)();
 };
 
+/// Gives the box type below. A class with a member, not a condition over the type: compilers write a
+/// condition into the names of exported functions in different ways and would not find each other's.
+template <class T>
+struct BoxOf {
+  /// The box.
+  using type = TavMath::BoundsT<double>;
+};
+/// The same for integer points.
+template <>
+struct BoxOf<tagPOINT> {
+  /// The box.
+  using type = tagRECT;
+};
 /// The box of points of type T: `tagRECT` (top is the least y) for integer points, unrounded
 /// `TavMath::BoundsT<double>` for double points.
 template <class T>
-using BoxT = std::conditional_t<std::is_same_v<T, tagPOINT>, tagRECT, TavMath::BoundsT<double>>;
+using BoxT = typename BoxOf<T>::type;
 
 /// How overlapping outlines fill.
 enum class FillRule : int { evenOdd = 0, nonZero = 1, positive = 2 };

@@ -447,13 +447,13 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// rounded, not what is given), of integers for a double path.
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateLine(const P& a, const P& b) noexcept {
-    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
+    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
   }
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateEllipse(const P& center, double rx, double ry, double startAngle = 0,
                                   double endAngle = 0, bool pie = false, bool userOnEnd = false) noexcept {
-    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateEllipse(InDoubles(center), rx, ry, startAngle,
-                                                                  endAngle, pie, userOnEnd));
+    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateEllipse(InDoubles(center), rx, ry, startAngle,
+                                                                 endAngle, pie, userOnEnd));
   }
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateCircle(const P& center, double radius) noexcept {
@@ -476,7 +476,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// The same with a box of the other kind.
   template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   static PolycurveT CreateRectangle(const Rect& rect) noexcept {
-    return FromDoubles(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
+    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
   }
   template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   bool CreateRectangleSubpath(const Rect& rect) noexcept {
@@ -521,22 +521,27 @@ class LUMO_TEMPLATE_API PolycurveT {
   bool ReleaseBufferInternal(int n) noexcept;
 
  private:
+  // Templates, so that the instances of the class do not export them.
   /// The map that adds an offset.
   template <class Vector>
   static MATRIX Shift(const Vector& by) noexcept {
     return {1, 0, 0, 1, static_cast<double>(by.x), static_cast<double>(by.y)};
   }
-  static const TavMath::DPoint& InDoubles(const TavMath::DPoint& point) noexcept { return point; }
-  static TavMath::DPoint InDoubles(const tagPOINT& point) noexcept {
-    return {static_cast<double>(point.x), static_cast<double>(point.y)};
+  template <class Given>
+  static auto InDoubles(const Given& given) noexcept {
+    if constexpr (std::is_same_v<Given, tagPOINT>) {
+      return TavMath::DPoint{static_cast<double>(given.x), static_cast<double>(given.y)};
+    } else if constexpr (std::is_same_v<Given, tagRECT>) {
+      return TavMath::ToBox(given);
+    } else {
+      return given;
+    }
   }
-  static const TavMath::BoundsT<double>& InDoubles(const TavMath::BoundsT<double>& box) noexcept {
-    return box;
-  }
-  static TavMath::BoundsT<double> InDoubles(const tagRECT& rect) noexcept { return TavMath::ToBox(rect); }
-  static PolycurveT FromDoubles(const PolycurveT<TavMath::DPoint>& path) noexcept { return PolycurveT(path); }
   /// False for a shape that could not be made.
-  bool PushBackShape(const PolycurveT& shape) noexcept { return !shape.IsEmpty() && PushBack(shape); }
+  template <class Shape>
+  bool PushBackShape(const Shape& shape) noexcept {
+    return !shape.IsEmpty() && PushBack(shape);
+  }
   bool PushBackWithJoinCheck(const T& point, NODETYPE type) noexcept;
   /// The same for a path whose last subpath may be closed, and then is never continued.
   bool PushBackStart(const T& point, NODETYPE type) noexcept;

@@ -14,6 +14,9 @@ int main() {
       TavMath::Degrees::GetFineAngle({1, 0}, {0, -1}) == 90 &&
       &TavPref::AllowPureOffsetCurve() ==
           TavPref::CAppPrefManager::GetInstance().FindBool("Lumo/AllowShiftToAccessPureOffsetCurve");
+  tagPOINT corners[5];
+  const tagRECT box = Lumo::GetLooseBBox(points, 3);
+  const bool boxed = Lumo::BuildRectangle(corners, box) == 5 && corners[2].x == 10 && corners[2].y == 20;
   std::printf("reversed: %d, version %d\n", turned, Lumo::Version());
-  return turned && sameVersion && companions ? 0 : 1;
+  return turned && sameVersion && companions && boxed ? 0 : 1;
 }
