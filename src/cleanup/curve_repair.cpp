@@ -22,6 +22,10 @@ bool IsFinite(const CSegment& segment) {
 
 /// Segments that touch a point that is not finite go; the next one starts where the last good one ended.
 int DropNonFinite(Subpath& subpath) {
+  const std::vector<CSegment>& all = subpath.segments;
+  if (IsFinite(subpath.start) &&
+      std::all_of(all.begin(), all.end(), [](const CSegment& segment) { return IsFinite(segment); }))
+    return 0;
   std::vector<CSegment> kept;
   const std::size_t before = subpath.segments.size();
   int dropped = 0;
@@ -104,7 +108,8 @@ void Round(Subpath& subpath, Precision precision) {
   }
 }
 
-/// One round of the steps that look at geometry. Returns whether anything changed.
+/// One round of the steps that look at geometry. Returns whether it changed, so that another round may find
+/// more; flags of continuity that follow from it are right at once.
 bool RepairGeometry(Subpath& subpath, const CurveRepairSettings& settings, Precision precision,
                     CurveRepairReport& report) {
   CurveRepairReport now;
@@ -125,6 +130,7 @@ bool RepairGeometry(Subpath& subpath, const CurveRepairSettings& settings, Preci
   report.overlappingHandles += now.overlappingHandles;
   report.tightEndpoints += now.tightEndpoints;
   report.continuity += now.continuity;
+  now.continuity = 0;
   return now.Any();
 }
 
@@ -273,6 +279,10 @@ bool RepairCurves(std::vector<T>& points, std::vector<NODETYPE>& types, const Cu
     std::vector<Subpath> subpaths =
         Read(points.data(), types.data(), static_cast<int>(count), &found.strayNodes);
     Repair(subpaths, settings, PrecisionOf<T>(), found);
+    if (!found.Any() && count > 0 && types.front().IsMove() && points.size() == types.size()) {
+      if (report != nullptr) *report = found;
+      return true;
+    }
     std::vector<DPoint> newPoints;
     std::vector<NODETYPE> newTypes;
     Assemble(subpaths).AppendTo(newPoints, newTypes);

@@ -31,6 +31,7 @@ std::size_t FewestSegments(const Subpath& subpath) {
 /// A segment is judged with the start that it has after what went before it.
 template <class IsUnwanted>
 int Sieve(Subpath& subpath, std::size_t fewest, IsUnwanted isUnwanted) {
+  if (std::none_of(subpath.segments.begin(), subpath.segments.end(), isUnwanted)) return 0;
   std::vector<CSegment> all;
   all.swap(subpath.segments);
   std::vector<CSegment>& kept = subpath.segments;
