@@ -66,6 +66,7 @@ bool UnitePairwise(std::vector<OwnedPath>& bodies) {
 }  // namespace
 
 bool IsDense(const Source& outline, double distance) {
+  if (outline.count <= kDenseSegments) return false;
   const auto segments = static_cast<double>(SegmentStarts(outline).size() - 1);
   return segments >= kDenseSegments &&
          distance * segments > kDenseReach * GetLength(outline.points, outline.nodes, outline.count);

@@ -83,21 +83,22 @@ ParallelCurve::ParallelCurve(const DPoint bezier[4], double offset) noexcept
   for (std::size_t k = 1; k < 4; ++k)
     if (std::abs(Cross(unit, bezier_[k] - bezier_[0])) > kStraightCubicRelative * polygon_ + rounding)
       straight_ = false;
-  smooth_ = BoundSpeed();
+  BoundSpeed();
 }
 
-bool ParallelCurve::BoundSpeed() const noexcept {
+void ParallelCurve::BoundSpeed() noexcept {
   // |B'| is at least its component along the chord, a mean of three times the legs' components; B' x B'' is a
   // mean of 18 times the legs' cross products, the middle one halved.
   const DVector d0 = bezier_[1] - bezier_[0], d1 = bezier_[2] - bezier_[1], d2 = bezier_[3] - bezier_[2];
   const DVector axis = UnitVector(bezier_[3] - bezier_[0]);
   const double least = 3 * (std::min)({Dot(d0, axis), Dot(d1, axis), Dot(d2, axis)});
-  if (!(least > kTurningRateRelative * polygon_)) return false;
-  if (straight_) return true;
+  sourceSmooth_ = least > kTurningRateRelative * polygon_;
+  smooth_ = sourceSmooth_ && straight_;
+  if (!sourceSmooth_ || straight_) return;
   const double sign = offset_ < 0 ? -1.0 : 1.0;
   const double most =
       18 * (std::max)({sign * Cross(d0, d1), 0.5 * sign * Cross(d0, d2), sign * Cross(d1, d2)});
-  return std::abs(offset_) * most < least * least * least;
+  smooth_ = std::abs(offset_) * most < least * least * least;
 }
 
 ParallelSample ParallelCurve::At(double t) const noexcept {
@@ -140,7 +141,7 @@ bool ParallelCurve::IsCuspOfSource(double t) const noexcept {
 
 CuspList ParallelCurve::SourceCusps() const noexcept {
   CuspList cusps;
-  if (!usable_ || smooth_) return cusps;
+  if (!usable_ || sourceSmooth_) return cusps;
   // The speed is least where B' . B'' = 0, a cubic in t; its own turning points bound the intervals with one
   // root.
   const auto slope = [this](double t) {

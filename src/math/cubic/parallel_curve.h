@@ -65,8 +65,9 @@ class ParallelCurve {
   double noise_ = 0;
   bool usable_ = false;
   bool straight_ = false;
+  bool sourceSmooth_ = false;  ///< certain, as for smooth_
   bool smooth_ = false;
-  bool BoundSpeed() const noexcept;
+  void BoundSpeed() noexcept;
 };
 
 /// Samples of a stretch of a parallel curve, close enough that the tangent turns little from one to the next.
