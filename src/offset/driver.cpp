@@ -6,10 +6,12 @@
 #include <new>
 
 #include "lumo/offset.h"
+#include "lumo/repair.h"
 #include "lumo/subpath_hierarchy.h"
 #include "offset/closed.h"
 #include "offset/combine.h"
 #include "offset/open_path.h"
+#include "offset/tolerances.h"
 #include "tav/math/rect.h"
 
 namespace Lumo::Offset {
@@ -21,22 +23,48 @@ namespace {
 struct Level {
   OwnedPath closed;
   OwnedPath open;
-  int bodies = 0;  ///< results in `closed`, each clean in itself
+  std::vector<TavMath::BoundsT<double>> bodies;  ///< boxes of the results in `closed`, each clean in itself
 };
+
+TavMath::BoundsT<double> BoxOf(const DPoint* points, int count) {
+  return TavMath::GetPointsBBox(points, static_cast<std::size_t>(count));
+}
+
+/// Outlines that touch or cross at a grazing angle leave segments shorter than their rounding.
+void DropShortSegments(OwnedPath& path) {
+  const auto isShort = [&](std::size_t k) {
+    if (path.nodes[k].IsMove() || path.nodes[k].IsControl()) return false;
+    const std::size_t from = path.nodes[k].IsCurve() ? k - 3 : k - 1;
+    return TavMath::Distance(path.points[from], path.points[k]) < kShortestSegment;
+  };
+  bool found = false;
+  for (std::size_t k = 1; k < path.points.size() && !found; ++k) found = isShort(k);
+  if (!found) return;
+  const int count = RemoveShortSegments(path.points.data(), path.nodes.data(), path.Count(), kShortestSegment,
+                                        kShortestSegment);
+  path.points.resize(static_cast<std::size_t>(count));
+  path.nodes.resize(static_cast<std::size_t>(count));
+}
+
+/// Whether no two of a few boxes have a point in common; false for many.
+bool AreApart(const std::vector<TavMath::BoundsT<double>>& boxes) {
+  if (boxes.size() > kMostBoxesCompared) return false;
+  for (std::size_t k = 1; k < boxes.size(); ++k)
+    for (std::size_t i = 0; i < k; ++i)
+      if (boxes[i].Overlaps(boxes[k])) return false;
+  return true;
+}
 
 class Driver {
  public:
   explicit Driver(const OffsetSettings& settings) : settings_(settings) {}
 
-  /// A path of one subpath, which needs no tree: an outer outline, or an open one in a group of its own.
-  bool RunAlone(const DPoint* points, const NODETYPE* nodes, int count) {
+  /// Subpaths that need no tree: outer outlines, or one open subpath.
+  bool RunOuter(const DPoint* points, const NODETYPE* nodes, int count) {
     if (settings_.OffsetInwards()) return true;
-    Level result;
-    if (!RunSubpath(points, nodes, count, result)) return false;
-    Level& level = At(0);
-    level.open = std::move(result.open);
-    Merge(level, std::move(result.closed));
-    return true;
+    for (const Range& range : Subpaths(nodes, count))
+      if (!RunInto(points + range.first, nodes + range.first, range.end - range.first, 0)) return false;
+    return Finish();
   }
 
   bool Run(const SubpathTreeNode& root) {
@@ -44,7 +72,7 @@ class Driver {
       const SubpathTreeNode& node = root.GetChild(k);
       if (!(settings_.OffsetInwards() ? RunHoles(node) : RunNested(node, 0))) return false;
     }
-    return Combine();
+    return Finish();
   }
 
   void AppendTo(std::vector<DPoint>& points, std::vector<NODETYPE>& nodes) const {
@@ -83,16 +111,19 @@ class Driver {
     return true;
   }
 
+  bool RunInto(const DPoint* points, const NODETYPE* nodes, int count, std::size_t depth) {
+    Level one;
+    if (!RunSubpath(points, nodes, count, one)) return false;
+    Level& level = At(depth);
+    level.open.Append(one.open);
+    Merge(level, std::move(one.closed));
+    return true;
+  }
+
   /// All subpaths of one node: its own, or the open ones of a group.
   bool RunNode(const SubpathTreeNode& node, std::size_t depth) {
     const auto run = [&](const SubpathTreeNode& subpath) {
-      Level one;
-      if (!RunSubpath(subpath.GetPoints(), subpath.GetNodes(), subpath.GetNumberOfPoints(), one))
-        return false;
-      Level& level = At(depth);
-      level.open.Append(one.open);
-      Merge(level, std::move(one.closed));
-      return true;
+      return RunInto(subpath.GetPoints(), subpath.GetNodes(), subpath.GetNumberOfPoints(), depth);
     };
     if (node.GetNodes() != nullptr) return run(node);
     for (std::size_t k = 0; k < node.GetNumberOfChildren(); ++k)
@@ -105,15 +136,17 @@ class Driver {
   void Merge(Level& level, OwnedPath added) const {
     if (added.IsEmpty()) return;
     if (IsCombining()) RoundToWholeUnits(added);
+    level.bodies.push_back(BoxOf(added.points.data(), added.Count()));
     level.closed.Append(added);
-    ++level.bodies;
   }
 
-  /// One union for all bodies of a level; a single body is clean as it is.
-  bool Combine() {
+  /// One union for all bodies of a level.
+  bool Finish() {
     if (!IsCombining()) return true;
     for (Level& level : levels_) {
-      if (level.bodies > 1 && !Unite(level.closed)) return false;
+      // A single body is clean as it is, and so are bodies that are apart.
+      if (!AreApart(level.bodies) && !Unite(level.closed)) return false;
+      DropShortSegments(level.closed);
     }
     return true;
   }
@@ -152,6 +185,17 @@ class Driver {
   std::vector<Level> levels_;
 };
 
+/// Whether no subpath can lie in another: then they need no tree.
+bool AreAllOuter(const DPoint* points, const NODETYPE* nodes, int count) {
+  const std::vector<Range> subpaths = Subpaths(nodes, count);
+  std::vector<TavMath::BoundsT<double>> boxes;
+  for (const Range& range : subpaths) {
+    if (subpaths.size() > 1 && !nodes[range.first].IsClosed()) return false;
+    boxes.push_back(BoxOf(points + range.first, range.end - range.first));
+  }
+  return AreApart(boxes);
+}
+
 bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const OffsetSettings& settings,
                 std::vector<DPoint>& outPoints, std::vector<NODETYPE>& outNodes) {
   if (!std::isfinite(settings.Offset())) return true;
@@ -160,10 +204,9 @@ bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const Of
   std::vector<NODETYPE> types(nodes, nodes + count);
   for (NODETYPE& type : types) type.Set(NODETYPE::kLetter, false);
   Driver driver(settings);
-  const bool alone =
-      std::none_of(types.begin() + 1, types.end(), [](NODETYPE type) { return type.IsMove(); });
-  const bool done = alone ? driver.RunAlone(points, types.data(), count)
-                          : driver.Run(SubpathHierarchy(points, types.data(), count, true));
+  const bool done = AreAllOuter(points, types.data(), count)
+                        ? driver.RunOuter(points, types.data(), count)
+                        : driver.Run(SubpathHierarchy(points, types.data(), count, true));
   if (!done) return false;
   driver.AppendTo(outPoints, outNodes);
   return true;

@@ -81,6 +81,10 @@ inline constexpr std::size_t kBandSegments = 8;
 
 // --- results
 // -------------------------------------------------------------------------------------------------
+/// Segments of closed results that are shorter (units) are rounding: results lie on whole units.
+inline constexpr double kShortestSegment = 2.0;
+/// Boxes up to this many are compared each with each.
+inline constexpr std::size_t kMostBoxesCompared = 32;
 /// Outlines made from open subpaths with less area (units^2) are slivers. It does not scale with the
 /// distance.
 inline constexpr double kSliverArea = 1000000.0;

@@ -146,6 +146,41 @@ TEST(OffsetDriver, NeighboursUniteWhereTheirOffsetsMeet) {
       << "a duplicate is an island of nothing";
 }
 
+TEST(OffsetDriver, ShapesThatTouchUniteWithoutSegmentsOfRoundingSize) {
+  // A bar between its round end: the grown end runs into the bar's edge along the tangent.
+  const DPoint p[] = {{37449.14, 0},        {27517.55, 0},        {17991.30, 3945.90},  {10968.60, 10968.60},
+                      {3945.90, 17991.30},  {0, 27517.55},        {0, 37449.14},        {0, 47380.74},
+                      {3945.90, 56906.99},  {10968.60, 63929.69}, {17991.30, 70952.38}, {27517.55, 74898.29},
+                      {37449.14, 74898.29}, {37449.14, 0}};
+  DoublePath path;
+  path.Add(NODETYPE(0x0C), p[0]);
+  for (int k = 1; k < 13; ++k) path.Add(NODETYPE(k % 3 == 0 ? 0x84 : 0xC0), p[k]);
+  path.Add(NODETYPE(0x48), p[13]);
+  path.Add(ClosedPolygon({{37449.14, 74898.29}, {1011126.86, 74898.29}, {1011126.86, 0}, {37449.14, 0}}));
+  for (const double offset : {122.0542464, 1000.0, 3661.627392}) {
+    const DoublePath result = OffsetOf(path, offset);
+    EXPECT_EQ(CountSubpaths(result), 1u);
+    std::size_t from = 0;
+    for (std::size_t k = 1; k < result.points.size(); ++k) {
+      if (result.types[k].IsControl()) continue;
+      EXPECT_GE(Distance(result.points[from], result.points[k]), 2) << offset << ", node " << k;
+      from = k;
+    }
+  }
+}
+
+TEST(OffsetDriver, ShapesApartAreOffsetInTheirOrderEachForItself) {
+  const std::vector<DoublePath> apart{Square(50000, 0, 20000), Square(0, 0, 20000, false), Square(0, 60000, 9000)};
+  DoublePath together, each;
+  for (const DoublePath& path : apart) {
+    together.Add(path);
+    each.Add(OffsetOf(path, 3000));
+  }
+  const DoublePath result = OffsetOf(together, 3000);
+  EXPECT_EQ(result.points, each.points);
+  EXPECT_EQ(CountSubpaths(OffsetOf(together, -3000)), 3u);
+}
+
 TEST(OffsetDriver, CombinedResultsLieOnWholeUnitsAlsoInDoubles) {
   const DoublePath pair = Together({Square(0.25, 0.25, 20000), Square(21000.3, 0.7, 20000)});
   for (const DPoint& p : OffsetOf(Square(0.25, 0.25, 20000), 2000.4).points) {
