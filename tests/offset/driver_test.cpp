@@ -170,7 +170,8 @@ TEST(OffsetDriver, ShapesThatTouchUniteWithoutSegmentsOfRoundingSize) {
 }
 
 TEST(OffsetDriver, ShapesApartAreOffsetInTheirOrderEachForItself) {
-  const std::vector<DoublePath> apart{Square(50000, 0, 20000), Square(0, 0, 20000, false), Square(0, 60000, 9000)};
+  const std::vector<DoublePath> apart{Square(50000, 0, 20000), Square(0, 0, 20000, false),
+                                      Square(0, 60000, 9000)};
   DoublePath together, each;
   for (const DoublePath& path : apart) {
     together.Add(path);
