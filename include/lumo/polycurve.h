@@ -447,13 +447,13 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// rounded, not what is given), of integers for a double path.
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateLine(const P& a, const P& b) noexcept {
-    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateLine(InDoubles(a), InDoubles(b)));
+    return PolycurveT(DoublePath<P>::CreateLine(InDoubles(a), InDoubles(b)));
   }
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateEllipse(const P& center, double rx, double ry, double startAngle = 0,
                                   double endAngle = 0, bool pie = false, bool userOnEnd = false) noexcept {
-    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateEllipse(InDoubles(center), rx, ry, startAngle,
-                                                                 endAngle, pie, userOnEnd));
+    return PolycurveT(
+        DoublePath<P>::CreateEllipse(InDoubles(center), rx, ry, startAngle, endAngle, pie, userOnEnd));
   }
   template <class P, Only<P, OtherPoint> = 0>
   static PolycurveT CreateCircle(const P& center, double radius) noexcept {
@@ -476,7 +476,7 @@ class LUMO_TEMPLATE_API PolycurveT {
   /// The same with a box of the other kind.
   template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   static PolycurveT CreateRectangle(const Rect& rect) noexcept {
-    return PolycurveT(PolycurveT<TavMath::DPoint>::CreateRectangle(InDoubles(rect)));
+    return PolycurveT(DoublePath<Rect>::CreateRectangle(InDoubles(rect)));
   }
   template <class Rect, Only<Rect, BoxT<OtherPoint>> = 0>
   bool CreateRectangleSubpath(const Rect& rect) noexcept {
@@ -537,6 +537,9 @@ class LUMO_TEMPLATE_API PolycurveT {
       return given;
     }
   }
+  /// Depends on the argument, so that reading a member needs no instance before it is declared below.
+  template <class Given>
+  using DoublePath = PolycurveT<std::conditional_t<std::is_void_v<Given>, T, TavMath::DPoint>>;
   /// False for a shape that could not be made.
   template <class Shape>
   bool PushBackShape(const Shape& shape) noexcept {

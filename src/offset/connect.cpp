@@ -114,9 +114,13 @@ class Connector {
       out_.nodes.back().SetContinuity(source_.nodes[node].Continuity());
       return;
     }
+    const std::size_t joined = out_.nodes.size();
     if (const OffsetCorner* join = JoinAt(node))
       join->CreateCorner(out_.points, out_.nodes, node == 0 ? LastSegmentLeft() : node - 1, node,
                          source_.points, source_.nodes, distance_, settings_.MaxConnectError());
+    // Where a tangent has next to no length a join begins apart from the piece before it: a line leads there.
+    for (std::size_t k = joined; k < out_.nodes.size(); ++k)
+      if (out_.nodes[k].IsMove()) out_.nodes[k].SetKind(NODETYPE::kLine);
     gapSqrd = DistanceSqrd(out_.points.back(), next.Start());
     if (gapSqrd <= kNormalizeLimitSqrd) {
       out_.points.back() = next.Start();
