@@ -9,16 +9,16 @@
 
 namespace test {
 
-/// The same for the memory that the library takes from malloc and calloc, because the host frees it. Works
-/// only in a program without a sanitizer or valgrind, which bring an allocator of their own: Failures stays 0
-/// there.
-class FailingMalloc {
+/// Counts allocations while armed and fails the chosen one and all that follow it. Each kind counts its own.
+template <class Kind>
+class FailingAllocations {
  public:
   static void FailFrom(long nth) {
     failures_ = 0;
     left_ = nth;
   }
   static void Never() { left_ = -1; }
+  /// How many allocations were refused since FailFrom.
   static long Failures() { return failures_; }
   /// Whether the allocation that is asked for now is to fail.
   static bool Fails() {
@@ -29,34 +29,18 @@ class FailingMalloc {
   }
 
  private:
+  // Negative: never fail. Otherwise the number of allocations that still succeed.
   static inline std::atomic<long> left_{-1};
   static inline std::atomic<long> failures_{0};
 };
 
-/// Counts allocations while armed and fails the chosen one and all that follow it.
-class FailingNew {
+/// The memory that the library takes from malloc and calloc, because the host frees it. Works only in a
+/// program without a sanitizer or valgrind, which bring an allocator of their own: Failures stays 0 there.
+class FailingMalloc : public FailingAllocations<FailingMalloc> {};
+
+class FailingNew : public FailingAllocations<FailingNew> {
  public:
-  static void FailFrom(long nth) {
-    failures_ = 0;
-    left_ = nth;
-  }
-  static void Never() { left_ = -1; }
-  /// How many allocations were refused since FailFrom.
-  static long Failures() { return failures_; }
-
-  static void* Allocate(std::size_t size) {
-    if (left_ >= 0 && left_-- <= 0) {
-      left_ = 0;
-      ++failures_;
-      return nullptr;
-    }
-    return std::malloc(size == 0 ? 1 : size);
-  }
-
- private:
-  // Negative: never fail. Otherwise the number of allocations that still succeed.
-  static inline std::atomic<long> left_{-1};
-  static inline std::atomic<long> failures_{0};
+  static void* Allocate(std::size_t size) { return Fails() ? nullptr : std::malloc(size == 0 ? 1 : size); }
 };
 
 }  // namespace test
