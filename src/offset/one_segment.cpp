@@ -24,11 +24,12 @@ class BezierOffset {
 
   void Run(Cubic piece, int depth) {
     for (int k = 0; k < kSplitsInARow; ++k) {
+      if (piece[1] == piece[0] && piece[2] == piece[0] && piece[3] == piece[0]) return;  // no direction
       Cubic result;
       double split = -1.0;
       if (FindBezierOffsetCurve(piece.data(), result.data(), distance_, tolerance_, split))
         return Add(result);
-      if (depth >= kSplitDepth) return AddUnmeasured(piece);
+      if (depth >= kSplitDepth || ++splits_ > kMostSplits) return AddUnmeasured(piece);
       Cubic left, right;
       if (!(split > 0.0 && split < 1.0)) {
         Split(Extremum(piece), piece.data(), left.data(), right.data());
@@ -78,6 +79,7 @@ class BezierOffset {
   double distance_;
   double tolerance_;
   std::vector<Part>& parts_;
+  int splits_ = 0;
 };
 
 void OffsetLine(const DPoint& from, const DPoint& to, double distance, Piece& piece) {

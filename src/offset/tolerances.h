@@ -48,6 +48,8 @@ inline constexpr double kUsableHandleSqrd = 0.01;
 inline constexpr double kCuspPrecision = 0.25;
 /// Nested splits of one cubic before what is left is offset without a measure of its error.
 inline constexpr int kSplitDepth = 16;
+/// Splits of one cubic in all; regular ones need a few dozen.
+inline constexpr int kMostSplits = 1024;
 /// Successive splits at one level; a cubic at the rounding of its coordinates needs some forty.
 inline constexpr int kSplitsInARow = 64;
 
