@@ -74,8 +74,11 @@ constexpr double Dot(const DVector& u, const DVector& v) { return u.x * v.x + u.
 constexpr double Cross(const DVector& u, const DVector& v) { return u.x * v.y - u.y * v.x; }
 /// u . u.
 constexpr double LengthSqrd(const DVector& u) { return Dot(u, u); }
-/// Length without overflow or underflow of the squares.
-inline double Length(const DVector& u) { return std::hypot(u.x, u.y); }
+/// Length without overflow or underflow of the squares: the plain root wherever they are in range.
+inline double Length(const DVector& u) {
+  const double sqrd = LengthSqrd(u);
+  return sqrd > 0x1p-900 && sqrd < 0x1p900 ? std::sqrt(sqrd) : std::hypot(u.x, u.y);
+}
 /// The distance squared.
 constexpr double DistanceSqrd(const DPoint& a, const DPoint& b) { return LengthSqrd(a - b); }
 /// The distance.
