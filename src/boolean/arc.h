@@ -43,6 +43,7 @@ struct Arc {
   bool straight;      ///< A line, or a cubic that lies on its chord to within rounding: crossed as a line.
   bool open = false;  ///< Of an open subpath: encloses nothing, and has no step.
   Winding step{};
+  int side = 0;  ///< See BulgeSide.
 };
 
 inline DPoint Evaluate(const DPoint p[4], double t) {
@@ -90,6 +91,20 @@ inline double Bend(const Curve& c) {
   if (c.line) return 0;
   const DVector a = (c.p[0] - c.p[1]) + (c.p[2] - c.p[1]), b = (c.p[1] - c.p[2]) + (c.p[3] - c.p[2]);
   return 0.75 * std::sqrt((std::max)(TavMath::LengthSqrd(a), TavMath::LengthSqrd(b)));
+}
+
+/// The side of its own chord, and of the chord of every part of it, that a monotone arc lies on: 1 left,
+/// -1 right, 0 when it may change sides. An arc whose legs all turn one way lies on the other side.
+inline int BulgeSide(const Curve& c) {
+  if (c.line) return 0;
+  const DVector leg = c.p[2] - c.p[1];
+  const DVector first = c.p[1] == c.p[0] ? leg : c.p[1] - c.p[0],
+                last = c.p[3] == c.p[2] ? leg : c.p[3] - c.p[2];
+  if (!(TavMath::Dot(first, last) >= 0)) return 0;
+  const double before = TavMath::Cross(first, leg), after = TavMath::Cross(leg, last),
+               whole = TavMath::Cross(first, last);
+  if (whole > 0 && before >= 0 && after >= 0) return -1;
+  return whole < 0 && before <= 0 && after <= 0 ? 1 : 0;
 }
 
 /// Whether the curve keeps within `tolerance` of its chord. (A monotone arc cannot reach past the chord's

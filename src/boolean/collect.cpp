@@ -11,8 +11,6 @@ bool IsFinite(const DPoint& p) { return std::isfinite(p.x) && std::isfinite(p.y)
 
 /// Drawings farther from the origin than this many times their size are moved there first.
 constexpr double kFarSizes = 16;
-/// Coordinates beyond this would overflow when squared even after scaling; nothing drawn comes near.
-constexpr double kHugest = 1e300;
 
 Frame FrameOf(const std::vector<PathView>& paths) {
   Box box;
@@ -30,10 +28,11 @@ Frame FrameOf(const std::vector<PathView>& paths) {
     frame.origin = {0.5 * box.minx + 0.5 * box.maxx, 0.5 * box.miny + 0.5 * box.maxy};
     reach = size;
   }
-  if (!(reach > 0) || reach > kHugest) return frame;
+  if (!(reach > 0)) return frame;
   int exponent = 0;
   std::frexp(reach, &exponent);
-  frame.scale = std::ldexp(1.0, (std::max)(-1000, (std::min)(1000, -exponent)));
+  // The largest double has the exponent 1024, and 2^-1024 is still exact.
+  frame.scale = std::ldexp(1.0, (std::min)(1000, -exponent));
   frame.noise = eps * frame.scale;
   return frame;
 }
@@ -178,6 +177,7 @@ class Collector {
       arc.curve.p[0] = fromPoint;
       fromPoint = arc.curve.p[3];
       arc.bend = Bend(arc.curve);
+      arc.side = BulgeSide(arc.curve);
       arc.straight = IsStraight(arc.curve, kStraight);
       out_.arcs.push_back(arc);
       from = to;

@@ -291,13 +291,41 @@ class Splitter {
     }
     // One above and one below the joint: they could only touch along the horizontal through it, which an arc
     // that does not leave horizontally quits at once. The same for left and right.
-    if (!apartX && !apartY) return false;
+    if (!apartX && !apartY) return PartAtCusp(a, tailHead, b);
     const DVector du = LeavingDirection(a.curve, tailHead, contact_),
                   dv = LeavingDirection(b.curve, !tailHead, contact_);
     const auto quits = [apartX](const DVector& d) {
       return apartX ? std::fabs(d.x) > 0x1p-6 * std::fabs(d.y) : std::fabs(d.y) > 0x1p-6 * std::fabs(d.x);
     };
     return quits(du) || quits(dv);
+  }
+
+  /// Neighbours that leave their joint in one direction, as at a cusp, but on the two sides of their common
+  /// tangent, and clearly at their far ends.
+  bool PartAtCusp(const Arc& a, bool tailHead, const Arc& b) const {
+    const DVector du = LeavingDirection(a.curve, tailHead, contact_),
+                  dv = LeavingDirection(b.curve, !tailHead, contact_);
+    const double uu = TavMath::LengthSqrd(du), vv = TavMath::LengthSqrd(dv);
+    if (!(uu > 0 && vv > 0)) return false;
+    const DVector tangent = (1 / std::sqrt(uu)) * du + (1 / std::sqrt(vv)) * dv;
+    const double length = std::sqrt(TavMath::LengthSqrd(tangent));
+    // Distances of the control points from the tangent, times its length.
+    const auto spread = [&](const Curve& c, bool atEnd, double& low, double& high) {
+      const DPoint& joint = c.p[atEnd ? 3 : 0];
+      low = high = 0;
+      for (const DPoint& p : c.p) {
+        const double off = TavMath::Cross(tangent, p - joint);
+        low = (std::min)(low, off);
+        high = (std::max)(high, off);
+      }
+      const DVector chord = c.p[atEnd ? 0 : 3] - joint;
+      return std::fabs(TavMath::Cross(tangent, chord)) >
+             kClearlyOff * length * std::sqrt(TavMath::LengthSqrd(chord));
+    };
+    double lowA, highA, lowB, highB;
+    if (!spread(a.curve, tailHead, lowA, highA) || !spread(b.curve, !tailHead, lowB, highB)) return false;
+    const double slack = 0.25 * contact_ * length;
+    return (lowA >= -slack && highB <= slack) || (lowB >= -slack && highA <= slack);
   }
 
   void Cross(int i, int j) {
@@ -538,7 +566,7 @@ EdgeSet CrossAgain(const Collection& collection, const EdgeSet& edges, double co
   arcs.reserve(edges.edges.size() + edges.riders.size());
   const auto add = [&](const Edge& e) {
     arcs.push_back({e.curve, e.segment, e.t0, e.t1, e.v0, e.v1, Bend(e.curve), IsStraight(e.curve, kStraight),
-                    e.open, e.step});
+                    e.open, e.step, BulgeSide(e.curve)});
   };
   for (const Edge& e : edges.edges) add(e);
   for (const EdgeSet::Rider& rider : edges.riders) add(rider.edge);

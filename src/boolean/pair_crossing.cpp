@@ -173,14 +173,24 @@ PairCrossing::Verdict PairCrossing::Examine(const Arc& a, const Arc& b, const Ta
   const DVector u = sa.p1 - sa.p0, v = sb.p1 - sb.p0, w = sb.p0 - sa.p0;
   const double uu = LengthSqrd(u), vv = LengthSqrd(v);
   const double wa = sa.t1 - sa.t0, wb = sb.t1 - sb.t0;
-  const double fatA = a.bend * wa * wa, fatB = b.bend * wb * wb, reach = fatA + fatB + contact_;
-  // Both ends of one chord on the same side of the other chord, and farther from it than the arcs can reach.
-  const auto beyond = [reach](double d0, double d1, double sqrd) {
-    const double nearer = (std::min)(std::fabs(d0), std::fabs(d1));
-    return (d0 > 0) == (d1 > 0) && nearer * nearer > reach * reach * sqrd;
+  const double fatA = a.bend * wa * wa, fatB = b.bend * wb * wb;
+  // Both ends of one chord on the same side of the other chord, and farther from it than the arcs can reach:
+  // an arc that bulges to one side of its chord reaches no farther than the chord on the other.
+  const bool sameWay = Dot(u, v) >= 0;
+  const double leftA = a.side < 0 ? 0 : fatA, rightA = a.side > 0 ? 0 : fatA;
+  const double leftB = b.side < 0 ? 0 : fatB, rightB = b.side > 0 ? 0 : fatB;
+  const auto beyond = [](double d0, double d1, double sqrd, double ifLeft, double ifRight) {
+    const double low = (std::min)(d0, d1), high = (std::max)(d0, d1);
+    return (low > 0 && low * low > ifLeft * ifLeft * sqrd) ||
+           (high < 0 && high * high > ifRight * ifRight * sqrd);
   };
-  if (beyond(Cross(u, w), Cross(u, sb.p1 - sa.p0), uu)) return Verdict::apart;
-  if (beyond(Cross(v, w), Cross(v, sb.p0 - sa.p1), vv)) return Verdict::apart;
+  // b on the left of a: a reaches to its left, b to its right as a sees it.
+  const double bRight = sameWay ? rightB : leftB, bLeft = sameWay ? leftB : rightB;
+  if (beyond(Cross(u, w), Cross(u, sb.p1 - sa.p0), uu, leftA + bRight + contact_, rightA + bLeft + contact_))
+    return Verdict::apart;
+  const double aRight = sameWay ? rightA : leftA, aLeft = sameWay ? leftA : rightA;
+  if (beyond(Cross(w, v), Cross(v, sa.p1 - sb.p0), vv, leftB + aRight + contact_, rightB + aLeft + contact_))
+    return Verdict::apart;
 
   // The direction along a sub-arc stays within 4 fat / length of its chord's: when the chords' angle is
   // larger than what both can turn, the arcs cross at most once and Newton finds it.

@@ -46,6 +46,8 @@ inline constexpr double kTangentialAngle = 0x1p-6;
 /// Vertices on one arc nearer than this many contact distances are crowded: moving them by a contact distance
 /// may turn the edge between them about, so every arc near them has to pass through them.
 inline constexpr double kCrowdedContacts = 4;
+/// Sine of the angle between a chord and a tangent above which the chord's end is clearly off the tangent.
+inline constexpr double kClearlyOff = 0x1p-6;
 /// Rounds of looking for vertices on near arcs: each round may move vertices by a contact distance, seldom
 /// twice.
 inline constexpr int kAlignRounds = 6;
