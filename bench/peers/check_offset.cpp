@@ -303,7 +303,6 @@ void CheckJoins(const Level& level, const Result& round, double error, Tally& ta
   if (!Contains(miter, round, allowed, worst)) {
     // A miter beyond its limit is bevelled: only ask where it is not.
     double sharpest = 0;
-    for (const Result* r : {&round}) static_cast<void>(r);
     const Result ray(round.offset, OffsetOf(level.path, round.offset, error,
                                             std::make_unique<Lumo::MiteredCorner>(0, nullptr)));
     if (!Contains(ray, round, allowed, sharpest))
