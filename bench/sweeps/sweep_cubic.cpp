@@ -91,14 +91,6 @@ class GradedLength {
   using Complex = std::complex<long double>;
 
   long double Gauss(long double t0, long double t1) const {
-    static constexpr long double kNode[8] = {0.095012509837637440185L, 0.281603550779258913230L,
-                                             0.458016777657227386342L, 0.617876244402643748447L,
-                                             0.755404408355003033895L, 0.865631202387831743880L,
-                                             0.944575023073232576078L, 0.989400934991649932596L};
-    static constexpr long double kWeight[8] = {0.189450610455068496285L, 0.182603415044923588867L,
-                                               0.169156519395002538189L, 0.149595988816576732082L,
-                                               0.124628971255533872052L, 0.095158511682492784810L,
-                                               0.062253523938647892863L, 0.027152459411754094852L};
     const long double middle = 0.5L * (t0 + t1), half = 0.5L * (t1 - t0);
     const auto speed = [&](long double t) {
       const long double x = d_[0].real() + t * (b_.real() + t * a_.real());
@@ -107,7 +99,8 @@ class GradedLength {
     };
     long double sum = 0;
     for (int k = 0; k < 8; ++k)
-      sum += kWeight[k] * (speed(middle - half * kNode[k]) + speed(middle + half * kNode[k]));
+      sum +=
+          kGaussWeights[k] * (speed(middle - half * kGaussNodes[k]) + speed(middle + half * kGaussNodes[k]));
     return half * sum;
   }
 

@@ -7,6 +7,7 @@
 
 namespace {
 
+using test::After;
 using test::DPoint;
 using test::GuardedPath;
 using test::ParsePath;
@@ -16,14 +17,6 @@ template <class T>
 class Add : public testing::Test {};
 using PointTypes = testing::Types<tagPOINT, DPoint>;
 TYPED_TEST_SUITE(Add, PointTypes);
-
-template <class T>
-Path<T> After(const Path<T>& path, int room, auto edit) {
-  GuardedPath<T> g(path, static_cast<std::size_t>(room));
-  const int count = edit(g.points.data(), g.types.data(), g.count);
-  EXPECT_GE(count, 0);
-  return g.Copy(count);
-}
 
 TEST(AddRoom, NumbersAMoveNodeAsALine) {
   EXPECT_EQ(CRV_NeedGrowForAddNodeOfType(0), 1) << "although nothing is inserted there";

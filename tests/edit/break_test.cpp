@@ -6,6 +6,7 @@
 
 namespace {
 
+using test::After;
 using test::DPoint;
 using test::GuardedPath;
 using test::ParsePath;
@@ -15,14 +16,6 @@ template <class T>
 class Break : public testing::Test {};
 using PointTypes = testing::Types<tagPOINT, DPoint>;
 TYPED_TEST_SUITE(Break, PointTypes);
-
-template <class T>
-Path<T> After(const Path<T>& path, int room, auto edit) {
-  GuardedPath<T> g(path, static_cast<std::size_t>(room));
-  const int count = edit(g.points.data(), g.types.data(), g.count);
-  EXPECT_GE(count, 0) << path;
-  return g.Copy(count);
-}
 
 TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
   using T = TypeParam;

@@ -7,38 +7,29 @@
 
 namespace {
 
+using test::After;
 using test::DPoint;
 using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 
 template <class T>
-class Convert : public testing::Test {
- protected:
-  /// The path after an edit that is given exactly `room` more slots.
-  template <class Edit>
-  static Path<T> After(const Path<T>& path, int room, Edit edit) {
-    GuardedPath<T> g(path, static_cast<std::size_t>(room));
-    const int count = edit(g.points.data(), g.types.data(), g.count);
-    EXPECT_GE(count, 0);
-    return g.Copy(count);
-  }
-};
+class Convert : public testing::Test {};
 using PointTypes = testing::Types<tagPOINT, DPoint>;
 TYPED_TEST_SUITE(Convert, PointTypes);
 
 TYPED_TEST(Convert, LineToCurveTracesTheLine) {
   using T = TypeParam;
   const auto toCurve = [](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, 1); };
-  EXPECT_EQ(this->After(ParsePath<T>("M0,0 L3,3es"), 2, toCurve), ParsePath<T>("M0,0 C1,1 2,2 3,3es"));
-  EXPECT_EQ(this->After(ParsePath<T>("M0,0 L-3,-3 L1,1"), 2, toCurve),
+  EXPECT_EQ(After(ParsePath<T>("M0,0 L3,3es"), 2, toCurve), ParsePath<T>("M0,0 C1,1 2,2 3,3es"));
+  EXPECT_EQ(After(ParsePath<T>("M0,0 L-3,-3 L1,1"), 2, toCurve),
             ParsePath<T>("M0,0 C-1,-1 -2,-2 -3,-3 L1,1"));
   // Nothing to convert, or no such node.
   for (const char* svg : {"M0,0 C1,1 2,2 3,3", "M0,0"})
-    EXPECT_EQ(this->After(ParsePath<T>(svg), 0, toCurve), ParsePath<T>(svg));
+    EXPECT_EQ(After(ParsePath<T>(svg), 0, toCurve), ParsePath<T>(svg));
   for (const int index : {-1, 0, 2}) {
     const auto at = [index](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, index); };
-    EXPECT_EQ(this->After(ParsePath<T>("M0,0 L3,3"), 0, at), ParsePath<T>("M0,0 L3,3"));
+    EXPECT_EQ(After(ParsePath<T>("M0,0 L3,3"), 0, at), ParsePath<T>("M0,0 L3,3"));
   }
 }
 
@@ -58,7 +49,7 @@ TYPED_TEST(Convert, EnabledLinesToCurvesInOnePassEqualNodeByNode) {
   for (int k = 0; k < 1000; ++k) {
     const auto path = test::RandomPath<T>(bits);
     const int room = 2 * CRV_HowManyEnabledLines(path.types.data(), path.count());
-    const auto fast = this->After(path, room, [](auto... a) { return CRV_ToCurveEnabled(a...); });
+    const auto fast = After(path, room, [](auto... a) { return CRV_ToCurveEnabled(a...); });
     ASSERT_EQ(fast, slow::ToCurveEnabled(path)) << path;
     ASSERT_EQ(fast.count(), path.count() + room);
   }
@@ -69,7 +60,7 @@ TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
   test::Bits bits(32);
   for (int k = 0; k < 3000; ++k) {
     const auto path = test::RandomPath<T>(bits);
-    const auto fast = this->After(path, 0, [](auto... a) { return CRV_ToLineEnabled(a...); });
+    const auto fast = After(path, 0, [](auto... a) { return CRV_ToLineEnabled(a...); });
     ASSERT_EQ(fast, slow::ToLineEnabled(path)) << path;
     ASSERT_TRUE(test::IsWellFormed(fast)) << path;
   }
@@ -78,12 +69,12 @@ TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
 TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
   using T = TypeParam;
   const auto selection = [](T* p, NODETYPE* t, int n) { return CRV_ToLineEnabled(p, t, n); };
-  EXPECT_EQ(this->After(ParsePath<T>("M0,0 L9,0s C9,3 9,6 9,9eys L0,9"), 0, selection),
+  EXPECT_EQ(After(ParsePath<T>("M0,0 L9,0s C9,3 9,6 9,9eys L0,9"), 0, selection),
             ParsePath<T>("M0,0 L9,0 L9,9e L0,9"));
   // A closing node stays no user node; both closed ends become cusps when lines meet there.
-  EXPECT_EQ(this->After(ParsePath<T>("M0,0s L9,0 C9,3 6,6 0,0esZ"), 0, selection),
+  EXPECT_EQ(After(ParsePath<T>("M0,0s L9,0 C9,3 6,6 0,0esZ"), 0, selection),
             ParsePath<T>("M0,0 L9,0 L0,0eZ"));
-  EXPECT_EQ(this->After(ParsePath<T>("M0,0s C1,0 2,0 9,0e C9,3 6,6 0,0sZ"), 0, selection).Bytes(),
+  EXPECT_EQ(After(ParsePath<T>("M0,0s C1,0 2,0 9,0e C9,3 6,6 0,0sZ"), 0, selection).Bytes(),
             (std::vector<int>{0x1C, 0x45, 0xC0, 0xC0, 0x98}))
       << "a curve comes in at the closed end, so it stays smooth";
 }
@@ -91,8 +82,8 @@ TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
 TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
   using T = TypeParam;
   const auto at = [this](const char* svg, int index) {
-    return this->After(ParsePath<T>(svg), 0,
-                       [index](T* p, NODETYPE* t, int n) { return CRV_ToLineNode(p, t, n, index); });
+    return After(ParsePath<T>(svg), 0,
+                 [index](T* p, NODETYPE* t, int n) { return CRV_ToLineNode(p, t, n, index); });
   };
   EXPECT_EQ(at("M0,0 L9,0s C9,3 9,6 9,9y", 4), ParsePath<T>("M0,0 L9,0 L9,9s"))
       << "a line node before it becomes a cusp, symmetric becomes smooth";
@@ -131,7 +122,7 @@ TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
        {0x04, 0xC0, 0xC0, 0x95, 0xC0, 0xC0, 0x84}},
   };
   for (const Case& c : cases) {
-    const auto path = this->After(ParsePath<T>(c.svg), 0, [&](T* p, NODETYPE* t, int n) {
+    const auto path = After(ParsePath<T>(c.svg), 0, [&](T* p, NODETYPE* t, int n) {
       return CRV_SetContEnabled(p, t, n, c.continuity);
     });
     EXPECT_EQ(path.Bytes(), c.bytes) << c.svg;
@@ -240,7 +231,7 @@ TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
   };
   for (const Case& c : cases) {
     const auto path = ParsePath<T>(c.svg);
-    const auto thin = this->After(path, 0, [](T* p, NODETYPE* t, int n) {
+    const auto thin = After(path, 0, [](T* p, NODETYPE* t, int n) {
       return CRV_TransferThisThinSubpathToRegular(p, t, n, n - 1, 2);
     });
     EXPECT_EQ(thin, c.thin ? ParsePath<T>(c.thin) : path) << c.svg;
@@ -253,13 +244,12 @@ TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
 TYPED_TEST(Convert, AfterAWeldOnlyClosedSubpathsWithAnAreaStay) {
   using T = TypeParam;
   const auto path = ParsePath<T>("M0,0 L9,0 L0,0Z M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0 L0,0Z");
-  EXPECT_EQ(
-      this->After(path, 0,
+  EXPECT_EQ(After(path, 0,
                   [](T* p, NODETYPE* t, int n) { return CRV_TransferAllThinSubpathsToRegular(p, t, n, 1); }),
-      ParsePath<T>("M0,0 L9,0 M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0"));
-  EXPECT_EQ(this->After(path, 0,
-                        [](T* p, NODETYPE* t, int n) { return CRV_RepairClosedCurveAfterWeld(p, t, n, 1); }),
-            ParsePath<T>("M0,0 L90,0 L90,90Z"));
+            ParsePath<T>("M0,0 L9,0 M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0"));
+  EXPECT_EQ(
+      After(path, 0, [](T* p, NODETYPE* t, int n) { return CRV_RepairClosedCurveAfterWeld(p, t, n, 1); }),
+      ParsePath<T>("M0,0 L90,0 L90,90Z"));
   auto copy = path;
   EXPECT_EQ(CRV_RepairBadClosedSubpaths(copy.points.data(), copy.types.data(), copy.count()), 0);
   EXPECT_EQ(copy, path);

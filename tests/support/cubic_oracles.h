@@ -10,6 +10,14 @@
 
 namespace LumoTest {
 
+/// The positive nodes of the Gauss-Legendre rule of 16 points, and their weights.
+inline constexpr long double kGaussNodes[8] = {
+    0.095012509837637440185L, 0.281603550779258913230L, 0.458016777657227386342L, 0.617876244402643748447L,
+    0.755404408355003033895L, 0.865631202387831743880L, 0.944575023073232576078L, 0.989400934991649932596L};
+inline constexpr long double kGaussWeights[8] = {
+    0.189450610455068496285L, 0.182603415044923588867L, 0.169156519395002538189L, 0.149595988816576732082L,
+    0.124628971255533872052L, 0.095158511682492784810L, 0.062253523938647892863L, 0.027152459411754094852L};
+
 /// The arc length over [t0, t1], to about 1e-14: 16-point Gauss-Legendre under halving, after cutting at and
 /// geometrically around every place where the speed nearly vanishes. (Halving alone is not a reference: a
 /// cusp just beside a dyadic parameter lies in the gap between the last node and the end of every piece, and
@@ -52,18 +60,11 @@ class LengthOracle {
   using Complex = std::complex<long double>;
 
   long double Gauss(long double t0, long double t1) const {
-    static constexpr long double kNode[8] = {0.095012509837637440185L, 0.281603550779258913230L,
-                                             0.458016777657227386342L, 0.617876244402643748447L,
-                                             0.755404408355003033895L, 0.865631202387831743880L,
-                                             0.944575023073232576078L, 0.989400934991649932596L};
-    static constexpr long double kWeight[8] = {0.189450610455068496285L, 0.182603415044923588867L,
-                                               0.169156519395002538189L, 0.149595988816576732082L,
-                                               0.124628971255533872052L, 0.095158511682492784810L,
-                                               0.062253523938647892863L, 0.027152459411754094852L};
     const long double middle = 0.5L * (t0 + t1), half = 0.5L * (t1 - t0);
     long double sum = 0;
     for (int k = 0; k < 8; ++k)
-      sum += kWeight[k] * (Speed(middle - half * kNode[k]) + Speed(middle + half * kNode[k]));
+      sum +=
+          kGaussWeights[k] * (Speed(middle - half * kGaussNodes[k]) + Speed(middle + half * kGaussNodes[k]));
     return half * sum;
   }
   long double Speed(long double t) const {
