@@ -104,17 +104,25 @@ class Scan {
   void AddCurve(int end, double y) {
     DPoint cubic[4];
     LoadCubic(points_ + end - 3, cubic);
-    if (std::max({cubic[0].y, cubic[1].y, cubic[2].y, cubic[3].y}) < y) return;
-    if (std::min({cubic[0].y, cubic[1].y, cubic[2].y, cubic[3].y}) > y) return;
+    const double a = cubic[0].y, b = cubic[1].y, c = cubic[2].y, d = cubic[3].y;
+    if (std::max({a, b, c, d}) < y || std::min({a, b, c, d}) > y) return;
+    const bool turnsNowhere = (a <= b && b <= c && c <= d) || (a >= b && b >= c && c >= d);
     double cut[4] = {0, 0, 0, 0};
-    const int turns = TavMath::CubicBezier::GetHorizontalTangents(cubic, cut + 1);
+    const int turns = turnsNowhere ? 0 : TavMath::CubicBezier::GetHorizontalTangents(cubic, cut + 1);
     cut[turns + 1] = 1;
     for (int k = 0; k <= turns; ++k) AddMonotone(cubic, cut[k], cut[k + 1], y);
   }
 
   void AddMonotone(const DPoint cubic[4], double t0, double t1, double y) {
+    const double a = cubic[0].y, b = cubic[1].y, c = cubic[2].y, d = cubic[3].y;
     const auto height = [&](double t) {
-      return t == 0 ? cubic[0].y : t == 1 ? cubic[3].y : TavMath::CubicBezier::Evaluate(cubic, t).y;
+      if (t == 0 || t == 1) return t == 0 ? a : d;
+      const double s = 1 - t;
+      return s * s * (s * a + 3 * t * b) + t * t * (3 * s * c + t * d);
+    };
+    const auto slopeAt = [&](double t) {
+      const double s = 1 - t;
+      return 3 * (s * s * (b - a) + 2 * s * t * (c - b) + t * t * (d - c));
     };
     const bool up = height(t0) < y;
     if (up == (height(t1) < y)) return;
@@ -123,8 +131,7 @@ class Scan {
     for (int k = 0; k < hierarchy::kCrossingSteps; ++k) {
       const double off = height(t) - y;
       ((off < 0) == up ? t0 : t1) = t;
-      const double slope = TavMath::CubicBezier::Derivative(cubic, t).y;
-      double next = t - off / slope;
+      double next = t - off / slopeAt(t);
       if (!(next > t0 && next < t1)) next = 0.5 * (t0 + t1);
       const double move = std::abs(next - t);
       t = next;

@@ -9,7 +9,6 @@ namespace {
 
 using test::After;
 using test::DPoint;
-using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 

@@ -6,7 +6,6 @@ namespace {
 
 using test::After;
 using test::DPoint;
-using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 
