@@ -80,7 +80,7 @@ TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
 
 TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
   using T = TypeParam;
-  const auto at = [this](const char* svg, int index) {
+  const auto at = [](const char* svg, int index) {
     return After(ParsePath<T>(svg), 0,
                  [index](T* p, NODETYPE* t, int n) { return CRV_ToLineNode(p, t, n, index); });
   };
