@@ -1,6 +1,7 @@
 // Affine maps, rectangles, angles and the collinearity test.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <numbers>
 
@@ -164,6 +165,17 @@ TEST(Rounding, IsHalfAwayFromZeroWithinTheIntegers) {
   EXPECT_EQ(RoundToInt(-1e300), kLeast);
   EXPECT_EQ(RoundToInt(std::nan("")), 0);
   EXPECT_EQ(TruncateToInt(-2.9), -2);
+}
+
+TEST(Vector, LengthsAreRightAtAnySize) {
+  for (const int exponent : {-1070, -600, -451, -449, 0, 449, 451, 600, 1020}) {
+    const double unit = std::ldexp(1.0, exponent);
+    EXPECT_EQ(Length({3 * unit, -4 * unit}), 5 * unit) << exponent;
+    EXPECT_EQ(Length({0, unit}), unit) << exponent;
+  }
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(Length({infinity, 1}), infinity);
+  EXPECT_TRUE(std::isnan(Length({std::numeric_limits<double>::quiet_NaN(), 1})));
 }
 
 TEST(Angle, StaysInItsRange) {

@@ -309,6 +309,23 @@ TEST(OffsetDriver, OpenOffsetLosesTheLoopsOfTightBends) {
       EXPECT_GT(test::DistanceTo(source, Midpoint(line.points[k], line.points[k + 1])), 4800);
 }
 
+TEST(OffsetDriver, CurvesThatLeaveTheirStartSlowlyHaveFewPieces) {
+  // The parallel has a cusp so near the start that the part before it is a point.
+  DoublePath path;
+  path.Add(NODETYPE(0x04), {102800, 102800});
+  path.Add(NODETYPE(0xC0), {102800, 102800});
+  path.Add(NODETYPE(0xC0), {-10, -10});
+  path.Add(NODETYPE(0x84), {2550, -10});
+  for (const double distance : {0.2, -0.2}) {
+    OffsetOptions options;
+    options.close = false;
+    options.error = 1;
+    const DoublePath result = OffsetOf(path, distance, options);
+    ASSERT_FALSE(result.empty());
+    EXPECT_LT(result.count(), 50);
+  }
+}
+
 TEST(OffsetDriver, CombiningTwoGroups) {
   const DoublePath both = Together({Square(0, 0, 20000), Square(10000, 0, 20000)});
   DoublePath united;
