@@ -7,8 +7,6 @@
 
 #include <new>
 
-#include "support/sanitizers.h"
-
 void* operator new(std::size_t size) {
   if (void* memory = test::FailingNew::Allocate(size)) return memory;
   throw std::bad_alloc();
@@ -25,7 +23,7 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 
-#if defined(__GLIBC__) && !defined(LUMO_TEST_ASAN) && !defined(LUMO_TEST_TSAN)
+#if defined(LUMO_TEST_FAILS_MALLOC)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
