@@ -21,7 +21,7 @@ constexpr std::size_t kBarWidth = 40;
 
 Stage::Stage(const CommonOptions& options, std::string name, std::size_t steps, Bar bar)
     : name_(std::move(name)), steps_(steps), verbose_(options.verbose) {
-  if (bar == Bar::shown && isatty(STDERR_FILENO) != 0)
+  if (bar == Bar::forced || (bar == Bar::shown && isatty(STDERR_FILENO) != 0))
     watcher_ = std::jthread([this](std::stop_token stop) { Watch(stop); });
 }
 

@@ -18,7 +18,8 @@ struct CommonOptions;
 /// thread of its own: a single long step shows that the program is alive.
 class Stage {
  public:
-  enum class Bar { shown, hidden };
+  /// `shown`: to whoever watches. `forced`: into a file as well.
+  enum class Bar { shown, hidden, forced };
 
   Stage(const CommonOptions& options, std::string name, std::size_t steps = 0, Bar bar = Bar::shown);
   ~Stage();
