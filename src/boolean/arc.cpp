@@ -14,11 +14,15 @@ double Project(const Curve& c, const DPoint& q) {
   // a near point q: Newton within a bracket, with the slope of a near point, which keeps its sign.
   if (TavMath::Dot(c.p[0] - q, LeavingDirection(c, false, kHandle)) >= 0) return 0;
   if (TavMath::Dot(c.p[3] - q, LeavingDirection(c, true, kHandle)) >= 0) return 1;
+  // In powers of t, as seen from q.
+  const DVector e0 = c.p[0] - q, e1 = 3.0 * (c.p[1] - c.p[0]),
+                e2 = 3.0 * ((c.p[2] - c.p[1]) - (c.p[1] - c.p[0])),
+                e3 = (c.p[3] - c.p[0]) - 3.0 * (c.p[2] - c.p[1]);
   double low = 0, high = 1;
   const DVector chord = c.p[3] - c.p[0];
   double t = std::clamp(TavMath::Dot(q - c.p[0], chord) / TavMath::LengthSqrd(chord), 0.01, 0.99);
-  for (int k = 0; k < 60 && high - low > 0x1p-52; ++k) {
-    const DVector away = Evaluate(c, t) - q, d = Derivative(c, t);
+  for (int k = 0; k < kProjectSteps && high - low > kProjectSettled; ++k) {
+    const DVector away = e0 + t * (e1 + t * (e2 + t * e3)), d = e1 + t * (2.0 * e2 + (3 * t) * e3);
     const double f = TavMath::Dot(away, d), slope = TavMath::LengthSqrd(d);
     double next = 0.5 * (low + high);
     if (slope > 0) {
@@ -27,8 +31,9 @@ double Project(const Curve& c, const DPoint& q) {
       next = t - f / slope;
       if (!(next > low && next < high)) next = 0.5 * (low + high);
     }
-    if (std::fabs(next - t) < 0x1p-53) break;
+    const double step = std::fabs(next - t);
     t = next;
+    if (step < kProjectSettled) break;
   }
   return t;
 }

@@ -141,9 +141,15 @@ class BoxesAt {
   template <class Visit>
   void ForEachAt(double x, double y, Visit&& visit) const {
     if (tree_) return tree_->ForEachAt(x, y, visit);
+    // Without branches, which would be guessed wrong half of the time.
+    std::array<int, kSweptBoxes> hits;
+    std::size_t count = 0;
     for (std::size_t k = 0; k < few_.size(); ++k) {
-      if (few_[k].Contains(x, y)) visit(static_cast<int>(k));
+      const Box& b = few_[k];
+      hits[count] = static_cast<int>(k);
+      count += static_cast<std::size_t>((b.minx <= x) & (x <= b.maxx) & (b.miny <= y) & (y <= b.maxy));
     }
+    for (std::size_t k = 0; k < count; ++k) visit(hits[k]);
   }
 
  private:

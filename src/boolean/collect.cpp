@@ -92,8 +92,9 @@ class Collector {
   void AddSegment(const PathView& view, int path, int i, int end, bool curve, int endVertex) {
     const DPoint from = out_.vertices[static_cast<std::size_t>(current_)].p,
                  to = out_.frame.In(view.points[end]);
-    Curve c = Curve::Line(from, to);
-    if (curve) c = {{from, out_.frame.In(view.points[i]), out_.frame.In(view.points[i + 1]), to}, false};
+    const Curve c =
+        curve ? Curve{{from, out_.frame.In(view.points[i]), out_.frame.In(view.points[i + 1]), to}, false}
+              : Curve::Line(from, to);
     const bool point = from == to && (!curve || (c.p[1] == from && c.p[2] == from));
     if (point) {
       // The next segment starts at this node instead; at the end of a closed subpath the vertices are the
@@ -161,7 +162,11 @@ class Collector {
   }
 
   void AddArcs(int segment, int endVertex) {
-    const Curve c = out_.segments[static_cast<std::size_t>(segment)].curve;
+    const Curve& c = out_.segments[static_cast<std::size_t>(segment)].curve;
+    if (c.line) {
+      out_.arcs.push_back({c, segment, 0, 1, current_, endVertex, 0, true, open_, step_});
+      return;
+    }
     double t[6] = {0};
     const int cuts = Extrema(c, t + 1);
     t[cuts + 1] = 1;
@@ -169,7 +174,8 @@ class Collector {
     DPoint fromPoint = c.p[0];
     for (int k = 0; k <= cuts; ++k) {
       int to = endVertex;
-      Arc arc{Part(c, t[k], t[k + 1]), segment, t[k], t[k + 1], from, to, 0, false, open_, step_};
+      Arc& arc = out_.arcs.emplace_back(
+          Arc{Part(c, t[k], t[k + 1]), segment, t[k], t[k + 1], from, to, 0, false, open_, step_});
       if (k < cuts) {
         to = arc.v1 = static_cast<int>(out_.vertices.size());
         out_.vertices.push_back({arc.curve.p[3]});
@@ -179,7 +185,6 @@ class Collector {
       arc.bend = Bend(arc.curve);
       arc.side = BulgeSide(arc.curve);
       arc.straight = IsStraight(arc.curve, kStraight);
-      out_.arcs.push_back(arc);
       from = to;
     }
   }

@@ -79,8 +79,7 @@ class Splitter {
     if (!alongside_.empty()) AlignVertices();
     MakePieces();
     Link();
-    MergeCoincident();
-    Link();
+    if (MergeCoincident()) Link();
     return std::move(out_);
   }
 
@@ -467,26 +466,35 @@ class Splitter {
   }
 
   /// One edge for each bundle of coincident ones: the earliest in the input carries all their steps. Edges
-  /// that no longer separate anything vanish.
-  void MergeCoincident() {
+  /// that no longer separate anything vanish. True when any did.
+  bool MergeCoincident() {
     bool merged = false;
-    std::vector<int> halves;
+    struct Spoke {
+      int to, half;
+    };
+    std::vector<Spoke> spokes;
     for (int v = 0; v + 1 < static_cast<int>(out_.first.size()); ++v) {
-      halves.clear();
-      for (int k = out_.first[At(v)]; k < out_.first[At(v) + 1]; ++k) {
-        if (out_.To(out_.outgoing[At(k)]) > v) halves.push_back(out_.outgoing[At(k)]);
+      const int begin = out_.first[At(v)], end = out_.first[At(v) + 1];
+      if (end - begin < 2) continue;
+      spokes.clear();
+      for (int k = begin; k < end; ++k) {
+        const int half = out_.outgoing[At(k)], to = out_.To(half);
+        if (to > v) spokes.push_back({to, half});
       }
-      if (halves.size() < 2) continue;
-      std::sort(halves.begin(), halves.end(),
-                [&](int g, int h) { return out_.To(g) != out_.To(h) ? out_.To(g) < out_.To(h) : g < h; });
-      for (std::size_t i = 0; i < halves.size(); ++i) {
-        if (out_.edges[At(halves[i] >> 1)].segment < 0) continue;
-        for (std::size_t j = i + 1; j < halves.size() && out_.To(halves[j]) == out_.To(halves[i]); ++j) {
-          merged |= TryMerge(halves[i], halves[j]);
+      if (spokes.size() < 2) continue;
+      // Most vertices have two spokes to different places.
+      if (spokes.size() == 2 && spokes[0].to != spokes[1].to) continue;
+      std::sort(spokes.begin(), spokes.end(),
+                [](const Spoke& g, const Spoke& h) { return g.to != h.to ? g.to < h.to : g.half < h.half; });
+      for (std::size_t i = 0; i < spokes.size(); ++i) {
+        if (out_.edges[At(spokes[i].half >> 1)].segment < 0) continue;
+        for (std::size_t j = i + 1; j < spokes.size() && spokes[j].to == spokes[i].to; ++j) {
+          merged |= TryMerge(spokes[i].half, spokes[j].half);
         }
       }
     }
     if (merged) DropMerged();
+    return merged;
   }
 
   bool TryMerge(int g, int h) {

@@ -130,6 +130,8 @@ void PairCrossing::FindLines(const Arc& a, const Arc& b) {
 
 void PairCrossing::FindCurves(const Arc& a, const Arc& b) {
   if (HullsApart(a.curve, b.curve, contact_) || HullsApart(b.curve, a.curve, contact_)) return;
+  if (a.curve.line && b.side != 0 && FindLineAndArc(a, b, true)) return;
+  if (b.curve.line && a.side != 0 && FindLineAndArc(b, a, false)) return;
   // Depth first: every step takes one pair and leaves at most two, and each side is halved some fifty times
   // at most.
   Task* top = stack_.data();

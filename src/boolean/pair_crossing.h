@@ -56,6 +56,8 @@ class PairCrossing {
   void AddStretches(const Curve& a, const Curve& b);
   bool FindIdentical(const Curve& a, const Curve& b);
   void FindCurves(const Arc& a, const Arc& b);
+  bool FindLineAndArc(const Arc& line, const Arc& arc, bool lineFirst);
+  void AddOnLine(const Arc& line, const Arc& arc, bool lineFirst, double onLine, double onArc);
   bool FindOverlap(const Curve& a, const Curve& b);
   /// Matching parts of two arcs that run side by side: [t0, t1] of a and [u0, u1] of b (u0 > u1: the other
   /// way).

@@ -39,6 +39,20 @@ inline constexpr double kExtremumParameter = 1e-6;
 /// contact distance each, with the handles, would bend them out of proportion. (The output is cut from the
 /// source curve all the same.)
 inline constexpr double kStraightContacts = 128;
+/// Parameters of nearest points settle to this, a thousandth of the contact distance for the longest arc, in
+/// so many steps at most: halvings alone need 44.
+inline constexpr double kProjectSettled = 0x1p-44;
+inline constexpr int kProjectSteps = 60;
+/// A place nearer to a line than this is on it after one more step of Newton's method: each doubles the
+/// digits.
+inline constexpr double kRootSettled = 0x1p-28;
+/// The end of a stretch that an arc shares with a line is wanted to this share of the contact distance only.
+inline constexpr double kNearShare = 0x1p-6;
+/// Sine of the angle from which on a crossing counts as transversal: an end within the contact distance of
+/// the other arc is then within eight contact distances of the crossing, and what keeps clear of the ends by
+/// more contact distances than that needs no look at them.
+inline constexpr double kTransversal = 0x1p-3;
+inline constexpr double kClearContacts = 10;
 /// Edges at a vertex whose directions differ by less (radians) are ordered by their geometry further out.
 /// Larger than the two contact distances by which the ends of a not so short edge may turn it (2/128); larger
 /// still only costs time, as both ways agree wherever edges do not cross.
