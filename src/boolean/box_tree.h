@@ -174,12 +174,24 @@ void ForEachOverlap(const std::vector<Box>& boxes, Visit&& visit) {
   for (std::size_t i = 0; i < n; ++i) starts[i] = {boxes[i].minx, static_cast<int>(i)};
   std::sort(starts.begin(), starts.begin() + static_cast<std::ptrdiff_t>(n),
             [](const Start& a, const Start& b) { return a.x != b.x ? a.x < b.x : a.index < b.index; });
+  struct Span {
+    double low, high;
+  };
+  std::array<Span, kSweptBoxes> spans;  // in y
   for (std::size_t i = 0; i < n; ++i) {
     const Box& box = boxes[static_cast<std::size_t>(starts[i].index)];
-    for (std::size_t j = i + 1; j < n && starts[j].x <= box.maxx; ++j) {
-      const Box& other = boxes[static_cast<std::size_t>(starts[j].index)];
-      if (other.miny <= box.maxy && box.miny <= other.maxy) visit(starts[i].index, starts[j].index);
+    spans[i] = {box.miny, box.maxy};
+  }
+  std::array<int, kSweptBoxes> hits;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double end = boxes[static_cast<std::size_t>(starts[i].index)].maxx;
+    const Span span = spans[i];
+    std::size_t count = 0;
+    for (std::size_t j = i + 1; j < n && starts[j].x <= end; ++j) {  // no branch but the loop's
+      hits[count] = starts[j].index;
+      count += static_cast<std::size_t>((spans[j].low <= span.high) & (span.low <= spans[j].high));
     }
+    for (std::size_t k = 0; k < count; ++k) visit(starts[i].index, hits[k]);
   }
 }
 

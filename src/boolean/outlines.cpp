@@ -16,8 +16,6 @@ class Tracer {
     }
     if (set_.edges.empty()) return std::move(out_);
     Select(region);
-    place_.resize(set_.outgoing.size());
-    for (std::size_t k = 0; k < set_.outgoing.size(); ++k) place_[At(set_.outgoing[k])] = static_cast<int>(k);
     onPath_.assign(set_.vertices.size(), -1);
     out_.first.push_back(0);
     for (int h = 0; h < static_cast<int>(selected_.size()); ++h) {
@@ -43,13 +41,13 @@ class Tracer {
   /// The selected half-edge that follows h: the first one clockwise from h's twin, which keeps to the same
   /// piece of the region. -1 when there is none.
   int Next(int h) const {
-    const int v = set_.To(h), begin = set_.first[At(v)], end = set_.first[At(v) + 1];
-    int k = place_[At(h ^ 1)];
-    for (int turns = end - begin; turns > 0; --turns) {
-      k = k > begin ? k - 1 : end - 1;
-      if (selected_[At(set_.outgoing[At(k)])]) return set_.outgoing[At(k)];
+    const int first = map_.next[At(h)];
+    int g = first;
+    while (!selected_[At(g)]) {
+      g = map_.next[At(g ^ 1)];
+      if (g == first) return -1;
     }
-    return -1;
+    return g;
   }
 
   /// Walks from h until its outline closes; whenever the walk comes back to a vertex it has passed, what lies
@@ -82,7 +80,7 @@ class Tracer {
   const PlanarMap& map_;
   Outlines out_;
   std::vector<char> selected_;
-  std::vector<int> place_, onPath_, path_;
+  std::vector<int> onPath_, path_;
 };
 
 }  // namespace

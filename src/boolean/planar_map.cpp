@@ -1,6 +1,7 @@
 #include "boolean/planar_map.h"
 
 #include "boolean/box_tree.h"
+#include "boolean/tolerances.h"
 
 namespace Lumo::Planar {
 namespace {
@@ -55,20 +56,20 @@ class MapBuilder {
 
   /// The half-edge after h along the face on its left: the first one clockwise from h's twin at h's end.
   void LinkFaces() {
-    next_.resize(set_.outgoing.size());
+    map_.next.resize(set_.outgoing.size());
     for (std::size_t v = 0; v + 1 < set_.first.size(); ++v) {
       const int begin = set_.first[v], end = set_.first[v + 1];
       for (int k = begin; k < end; ++k) {
-        next_[At(set_.outgoing[At(k)] ^ 1)] = set_.outgoing[At(k > begin ? k - 1 : end - 1)];
+        map_.next[At(set_.outgoing[At(k)] ^ 1)] = set_.outgoing[At(k > begin ? k - 1 : end - 1)];
       }
     }
   }
 
   void LabelFaces() {
-    map_.face.assign(next_.size(), -1);
-    for (int h = 0; h < static_cast<int>(next_.size()); ++h) {
+    map_.face.assign(map_.next.size(), -1);
+    for (int h = 0; h < static_cast<int>(map_.next.size()); ++h) {
       if (map_.face[At(h)] >= 0) continue;
-      for (int g = h; map_.face[At(g)] < 0; g = next_[At(g)]) map_.face[At(g)] = faces_;
+      for (int g = h; map_.face[At(g)] < 0; g = map_.next[At(g)]) map_.face[At(g)] = faces_;
       halfOf_.push_back(h);
       ++faces_;
     }
@@ -102,23 +103,23 @@ class MapBuilder {
         } else if (!(map_.winding[At(other)] == w)) {
           map_.plane = false;
         }
-        h = next_[At(h)];
+        h = map_.next[At(h)];
       } while (h != halfOf_[At(g)]);
     }
     if (part.vertices - part.edges + part.faces != 2) map_.plane = false;
+    // Edges are monotone but for what moving their ends has bent them.
+    body.box.Inflate(kStraightContacts * contact_, kStraightContacts * contact_);
     body.leftmost = set_.vertices[At(part.leftmost)].p;
     body.shift = Negated(map_.winding[At(OuterFace(part.leftmost))]);
   }
 
   void Visit(Part& part, Body& body, int half) {
-    if ((half & 1) == 0) {
-      ++part.edges;
-      body.box.Add(HullBox(set_.edges[At(half >> 1)].curve));
-    }
+    part.edges += (half & 1) == 0;
     const int v = set_.From(half);
     if (counted_[At(v)]) return;
     counted_[At(v)] = true;
     ++part.vertices;
+    body.box.Add(set_.vertices[At(v)].p.x, set_.vertices[At(v)].p.y);
     if (part.leftmost < 0 || IsLeft(v, part.leftmost)) part.leftmost = v;
   }
 
@@ -151,7 +152,7 @@ class MapBuilder {
     int k = g;
     do {
       area += SignedArea(k);
-      k = next_[At(k)];
+      k = map_.next[At(k)];
     } while (k != g);
     return area > 0;
   }
@@ -289,7 +290,7 @@ class MapBuilder {
   double contact_;
   PlanarMap map_;
   int faces_ = 0;
-  std::vector<int> next_, halfOf_, part_, stack_;
+  std::vector<int> halfOf_, part_, stack_;
   std::vector<char> counted_;
   std::vector<Body> bodies_;  // parts, then loops
 };

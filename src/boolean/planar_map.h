@@ -21,6 +21,7 @@ struct Loop {
 /// added up, and on every edge left = right + step.
 struct PlanarMap {
   std::vector<int> face;         ///< Of each half-edge.
+  std::vector<int> next;         ///< Of each half-edge: the one after it along the face on its left.
   std::vector<Winding> winding;  ///< Of each face.
   std::vector<Loop> loops;       ///< Of EdgeSet::loops, in that order.
   bool plane = true;
