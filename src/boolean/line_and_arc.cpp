@@ -1,5 +1,5 @@
-// A line and an arc that bulges to one side: the arc's distance from the line's straight continuation is a cubic
-// with one turn at most, so most pairs are settled by one root of it.
+// A line and an arc that bulges to one side: the arc's distance from the line's straight continuation is a
+// cubic with one turn at most, so most pairs are settled by one root of it.
 
 #include "boolean/pair_crossing.h"
 #include "boolean/tolerances.h"
@@ -68,9 +68,9 @@ struct LinePlaces {
 
 }  // namespace
 
-/// Settles the pair when it is of a simple kind: one clear crossing, one end of the arc on the line (or beyond
-/// its ends), or nothing. Whatever comes near an end of the line is left to the general way: false, and nothing
-/// found.
+/// Settles the pair when it is of a simple kind: one clear crossing, one end of the arc on the line (or
+/// beyond its ends), or nothing. Whatever comes near an end of the line is left to the general way: false,
+/// and nothing found.
 bool PairCrossing::FindLineAndArc(const Arc& line, const Arc& arc, bool lineFirst) {
   const DPoint *p = line.curve.p, *c = arc.curve.p;
   const DVector chord = p[3] - p[0];
