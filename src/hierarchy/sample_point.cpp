@@ -148,8 +148,7 @@ class Scan {
     unsigned reached = LinesWhere([&](double y) { return !(high < y) && !(low > y); });
     if (reached == 0) return;
     double cut[4] = {0, 0, 0, 0}, at[4];
-    const int turns =
-        height.TurnsNowhere() ? 0 : TavMath::CubicBezier::GetHorizontalTangents(cubic, cut + 1);
+    const int turns = height.TurnsNowhere() ? 0 : TavMath::CubicBezier::GetHorizontalTangents(cubic, cut + 1);
     cut[turns + 1] = 1;
     at[0] = height.a;
     at[turns + 1] = height.d;

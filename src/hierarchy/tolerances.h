@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 
 namespace Lumo::hierarchy {
 
@@ -20,5 +21,8 @@ inline constexpr double kOnOutlineRatio = 1e-12;
 inline constexpr int kCrossingSteps = 64;
 /// A step this short ends the search: Newton's next one is below the rounding of the parameter. Parameter.
 inline constexpr double kCrossingSettled = 1e-12;
+
+/// Up to this many subpaths are compared each with each: building the spatial indexes costs more. Count.
+inline constexpr std::size_t kFewSubpaths = 16;
 
 }  // namespace Lumo::hierarchy

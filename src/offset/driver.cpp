@@ -5,9 +5,9 @@
 #include <cmath>
 #include <new>
 
+#include "hierarchy/builder.h"
 #include "lumo/offset.h"
 #include "lumo/repair.h"
-#include "lumo/subpath_hierarchy.h"
 #include "offset/closed.h"
 #include "offset/combine.h"
 #include "offset/open_path.h"
@@ -206,7 +206,7 @@ bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const Of
   Driver driver(settings);
   const bool done = AreAllOuter(points, types.data(), count)
                         ? driver.RunOuter(points, types.data(), count)
-                        : driver.Run(SubpathHierarchy(points, types.data(), count, true));
+                        : driver.Run(HierarchyBuilder::Nesting(points, types.data(), count));
   if (!done) return false;
   driver.AppendTo(outPoints, outNodes);
   return true;
