@@ -74,11 +74,11 @@ class Connector {
   }
 
   /// Ends at the start of a piece that is not appended.
-  void EndAt(const Piece& next) {
+  void EndAt(Piece& next) {
     if (last_ == nullptr || !next.IsUsable()) return;
-    Piece copy = next;
-    Connect(*last_, copy, copy.startNode);
-    LineTo(out_, next.parts.front().Start());
+    const DPoint start = next.parts.front().Start();  // connecting may move it
+    Connect(*last_, next, next.startNode);
+    LineTo(out_, start);
   }
 
  private:
@@ -187,7 +187,8 @@ class Connector {
 
 void AppendRawOffset(const Source& source, double distance, const OffsetSettings& settings,
                      const Output& out) {
-  std::vector<Piece> pieces = OffsetSegments(source, distance, settings.MaxOffsetError());
+  Pieces all(source, distance, settings.MaxOffsetError());
+  std::vector<Piece>& pieces = all.list;
   std::erase_if(pieces, [](const Piece& piece) { return !piece.IsUsable(); });
   for (std::size_t k = 1; k < pieces.size(); ++k)
     TrimPieces(pieces[k - 1], pieces[k], settings.MaxConnectErrorSqrd());
@@ -198,9 +199,10 @@ void AppendRawOffset(const Source& source, double distance, const OffsetSettings
 
 void AppendRawStretch(const Source& source, double distance, const OffsetSettings& settings,
                       const Output& out) {
-  std::vector<Piece> pieces = OffsetSegments(source, distance, settings.MaxOffsetError());
+  Pieces all(source, distance, settings.MaxOffsetError());
+  std::vector<Piece>& pieces = all.list;
   if (pieces.empty()) return;
-  const Piece next = std::move(pieces.back());
+  Piece next = pieces.back();
   pieces.pop_back();
   std::erase_if(pieces, [](const Piece& piece) { return !piece.IsUsable(); });
   for (std::size_t k = 1; k < pieces.size(); ++k)
@@ -212,9 +214,9 @@ void AppendRawStretch(const Source& source, double distance, const OffsetSetting
 
 void AppendPureOffset(const Source& source, double distance, const OffsetSettings& settings,
                       const Output& out) {
-  const std::vector<Piece> pieces = OffsetSegments(source, distance, settings.MaxOffsetError());
+  const Pieces pieces(source, distance, settings.MaxOffsetError());
   const std::size_t first = out.points.size();
-  for (const Piece& piece : pieces)
+  for (const Piece& piece : pieces.list)
     for (const Part& part : piece.parts) {
       const bool forceNewStart = out.points.size() == first;
       if (part.line)

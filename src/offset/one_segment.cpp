@@ -82,50 +82,59 @@ class BezierOffset {
   int splits_ = 0;
 };
 
-void OffsetLine(const DPoint& from, const DPoint& to, double distance, Piece& piece) {
+void OffsetLine(const DPoint& from, const DPoint& to, double distance, Piece& piece,
+                std::vector<Part>& parts) {
   const DVector along = to - from;
   piece.startTangent = piece.endTangent = along;
   if (!(LengthSqrd(along) > kNormalizeLimitSqrd)) return;
   const DVector normal = distance * LeftNormal(Normalized(along));
   const DPoint a = from + normal, b = to + normal;
-  piece.parts.push_back({{a, a, b, b}, true});
+  parts.push_back({{a, a, b, b}, true});
 }
 
-void OffsetBezier(const DPoint bezier[4], double distance, double tolerance, Piece& piece) {
+/// `cubics`: room that is used again for every curve.
+void OffsetBezier(const DPoint bezier[4], double distance, double tolerance, Piece& piece,
+                  std::vector<Part>& parts, std::vector<Cubic>& cubics) {
   piece.startTangent = SafeBezierTangent(0.0, bezier);
   piece.endTangent = SafeBezierTangent(1.0, bezier);
-  std::vector<Cubic> cubics;
+  cubics.clear();
   if (OffsetCubicPieces(bezier, distance, tolerance, kCuspPrecision, cubics)) {
-    for (const Cubic& cubic : cubics) piece.parts.push_back({cubic, false});
+    for (const Cubic& cubic : cubics) parts.push_back({cubic, false});
     return;
   }
   cubics.clear();
   GetSegmentsToOffset(bezier, cubics, distance);
-  BezierOffset offset(distance, cubics.size() > 1 ? kCuspPrecision * tolerance : tolerance, piece.parts);
+  BezierOffset offset(distance, cubics.size() > 1 ? kCuspPrecision * tolerance : tolerance, parts);
   for (const Cubic& cubic : cubics) offset.Run(cubic, 0);
 }
 
 }  // namespace
 
-std::vector<Piece> OffsetSegments(const Source& source, double distance, double tolerance) {
-  std::vector<Piece> pieces;
-  pieces.reserve(static_cast<std::size_t>(source.count));
+Pieces::Pieces(const Source& source, double distance, double tolerance) {
+  const auto most = static_cast<std::size_t>(source.count);
+  list.reserve(most);
+  parts_.reserve(most);
+  std::vector<std::size_t> ends;  // one past the last part of each piece
+  ends.reserve(most);
+  std::vector<Cubic> cubics;
   for (int i = 0; i + 1 < source.count;) {
     const bool curve = source.nodes[i + 1].IsControl() && i + 3 < source.count;
-    Piece piece;
+    Piece& piece = list.emplace_back();
     piece.startNode = i;
     piece.endNode = i + (curve ? 3 : 1);
     const DPoint& from = source.points[i];
     const DPoint& to = source.points[piece.endNode];
     piece.sourceLength = Distance(from, to);
     if (curve)
-      OffsetBezier(source.points + i, distance, tolerance, piece);
+      OffsetBezier(source.points + i, distance, tolerance, piece, parts_, cubics);
     else
-      OffsetLine(from, to, distance, piece);
+      OffsetLine(from, to, distance, piece, parts_);
     i = piece.endNode;
-    pieces.push_back(std::move(piece));
+    ends.push_back(parts_.size());
   }
-  return pieces;
+  // Only now do the parts stay where they are.
+  for (std::size_t k = 0, first = 0; k < list.size(); first = ends[k++])
+    list[k].parts = std::span(parts_).subspan(first, ends[k] - first);
 }
 
 }  // namespace Lumo::Offset

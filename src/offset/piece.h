@@ -1,6 +1,7 @@
 #pragma once
 // Offset pieces: what one source segment becomes.
 
+#include <span>
 #include <vector>
 
 #include "offset/append.h"
@@ -32,7 +33,7 @@ struct Part {
 /// The offset of one source segment: a line, or the cubics of a curve in order, empty when the segment has no
 /// direction.
 struct Piece {
-  std::vector<Part> parts;
+  std::span<Part> parts;  ///< in the one vector of all
   DVector startTangent;
   DVector endTangent;
   int startNode;  ///< source indices of the segment's two ends
@@ -44,8 +45,20 @@ struct Piece {
   }
 };
 
-/// The pieces of all segments of a source in order, moved to the left by `distance`.
-std::vector<Piece> OffsetSegments(const Source& source, double distance, double tolerance);
+/// The pieces of all segments of a source in order, moved to the left by `distance`. Their parts share one
+/// vector: most pieces have a single one.
+class Pieces {
+ public:
+  Pieces(const Source& source, double distance, double tolerance);
+  Pieces(const Pieces&) = delete;
+  Pieces& operator=(const Pieces&) = delete;
+
+  /// Pieces may be taken out.
+  std::vector<Piece> list;
+
+ private:
+  std::vector<Part> parts_;
+};
 
 /// Cuts two successive pieces that overlap on the inner side of a turn at their crossing. False when they do
 /// not cross there, or are so short that the crossing need not belong to the corner between them.
