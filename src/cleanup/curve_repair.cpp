@@ -6,6 +6,7 @@
 
 #include "cleanup/subpath.h"
 #include "cleanup/tolerances.h"
+#include "core/segment_reader.h"
 #include "lumo/repair.h"
 #include "tav/math/cubic_bezier.h"
 
@@ -52,6 +53,10 @@ int DropNonFinite(Subpath& subpath) {
 
 /// Move nodes that start nothing go; a letter that one of them starts is started by the next subpath.
 int DropDangling(std::vector<Subpath>& subpaths) {
+  const auto dangles = [](const Subpath& subpath) {
+    return subpath.segments.empty() || !IsFinite(subpath.start);
+  };
+  if (std::none_of(subpaths.begin(), subpaths.end(), dangles)) return 0;
   std::vector<Subpath> kept;
   kept.reserve(subpaths.size());
   unsigned char letter = 0;
@@ -59,7 +64,7 @@ int DropDangling(std::vector<Subpath>& subpaths) {
   for (Subpath& subpath : subpaths) {
     subpath.startType |= letter;
     letter = 0;
-    if (subpath.segments.empty() || !IsFinite(subpath.start)) {
+    if (dangles(subpath)) {
       letter = subpath.startType & NODETYPE::kLetter;
       ++dropped;
       continue;
@@ -145,11 +150,11 @@ void Repair(std::vector<Subpath>& subpaths, const CurveRepairSettings& settings,
   }
 }
 
-/// The nodes of a list.
-int CountNodes(const CSegmentList& list) {
-  std::size_t nodes = list.SubpathCount();
-  for (const CSegment& segment : list.Segments()) nodes += segment.IsLine() ? 1 : 3;
-  return static_cast<int>(nodes);
+/// How many segments may begin at a move node and behind it, up to the next one.
+std::size_t CountEnds(const NODETYPE* types, int move, int count) {
+  std::size_t ends = 0;
+  for (int i = move + 1; i < count && !types[i].IsMove(); ++i) ends += types[i].IsOnCurve();
+  return ends;
 }
 
 /// The path as subpaths; one that does not begin with a move node is taken to begin with its first node.
@@ -161,9 +166,39 @@ std::vector<Subpath> Read(const T* points, const NODETYPE* types, int count, int
     copy[0] &= static_cast<unsigned char>(~(NODETYPE::kKindMask | NODETYPE::kClosed));
     types = copy.data();
   }
-  const CSegmentList list(points, types, count);
-  if (strayNodes != nullptr) *strayNodes = count - CountNodes(list);
-  return Split(list);
+  std::vector<Subpath> subpaths;
+  int nodes = 0;
+  const auto begin = [&](int i) {
+    NODETYPE type = types[i];
+    type.SetKind(NODETYPE::kMove);
+    subpaths.push_back({ToDouble(points[i]), type, {}});
+    subpaths.back().segments.reserve(CountEnds(types, i, count));
+    ++nodes;
+  };
+  const auto add = [&](const CSegment& segment) {
+    subpaths.back().segments.push_back(segment);
+    nodes += segment.IsLine() ? 1 : 3;
+  };
+  if (points != nullptr) ReadSegments(points, types, count, begin, add);
+  if (strayNodes != nullptr) *strayNodes = count - nodes;
+  return subpaths;
+}
+
+/// Writes the types of subpaths that have the same nodes as the array.
+void WriteTypes(const std::vector<Subpath>& subpaths, NODETYPE* types) {
+  for (const Subpath& subpath : subpaths) {
+    *types++ = subpath.startType;
+    for (const CSegment& segment : subpath.segments) {
+      for (int c = 1; c + 1 < segment.PointCount(); ++c) *types++ = segment.ControlType(c);
+      *types++ = segment.EndType();
+    }
+  }
+}
+
+/// Whether nothing but types of nodes was mended.
+bool KeptItsPoints(CurveRepairReport report) {
+  report.fixedTypes = report.continuity = 0;
+  return !report.Any();
 }
 
 /// Writes subpaths of no more nodes than the arrays hold; returns the count.
@@ -260,10 +295,7 @@ int RepairContinuity(const T* points, NODETYPE* types, int count,
     if (strayNodes > 0 || !types[0].IsMove()) return 0;  // its nodes have no places in the list
     for (Subpath& subpath : subpaths)
       changed += FixContinuity(subpath, settings.GetSmoothNodeAngleLimit(), PrecisionOf<T>());
-    std::vector<DPoint> newPoints;
-    std::vector<NODETYPE> newTypes;
-    Assemble(subpaths).AppendTo(newPoints, newTypes);
-    std::copy(newTypes.begin(), newTypes.end(), types);
+    WriteTypes(subpaths, types);
     return changed;
   } catch (const std::bad_alloc&) {
     return 0;
@@ -279,7 +311,8 @@ bool RepairCurves(std::vector<T>& points, std::vector<NODETYPE>& types, const Cu
     std::vector<Subpath> subpaths =
         Read(points.data(), types.data(), static_cast<int>(count), &found.strayNodes);
     Repair(subpaths, settings, PrecisionOf<T>(), found);
-    if (!found.Any() && count > 0 && types.front().IsMove() && points.size() == types.size()) {
+    if (KeptItsPoints(found) && count > 0 && types.front().IsMove() && points.size() == types.size()) {
+      if (found.Any()) WriteTypes(subpaths, types.data());
       if (report != nullptr) *report = found;
       return true;
     }

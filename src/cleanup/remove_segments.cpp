@@ -15,9 +15,9 @@ bool HasZeroLength(const CSegment& segment) {
 /// As long as every control point lies within the limit the curve cannot be much longer; the arc length is
 /// only worked out where it decides.
 bool IsShort(const CSegment& segment, double minLine, double minBezier) {
-  if (segment.IsLine()) return segment.Length() < minLine;
-  if (!(Distance(segment.StartPoint(), segment.EndPoint()) < minBezier)) return false;
-  return segment.Length() < minBezier;
+  const double chord = Distance(segment.StartPoint(), segment.EndPoint());
+  if (segment.IsLine()) return chord < minLine;
+  return chord < minBezier && segment.Length() < minBezier;
 }
 
 /// Fewer segments would leave nothing of the subpath.
@@ -27,11 +27,15 @@ std::size_t FewestSegments(const Subpath& subpath) {
   return subpath.IsClosed() && allLines ? 3 : 1;
 }
 
+template <class IsUnwanted>
+bool HasAny(const Subpath& subpath, IsUnwanted isUnwanted) {
+  return std::any_of(subpath.segments.begin(), subpath.segments.end(), isUnwanted);
+}
+
 /// Walks the subpath once from front to back and takes out what `isUnwanted` says, down to `fewest` segments.
-/// A segment is judged with the start that it has after what went before it.
+/// A segment is judged with the start that it has after what went before it. Only for subpaths that have any.
 template <class IsUnwanted>
 int Sieve(Subpath& subpath, std::size_t fewest, IsUnwanted isUnwanted) {
-  if (std::none_of(subpath.segments.begin(), subpath.segments.end(), isUnwanted)) return 0;
   std::vector<CSegment> all;
   all.swap(subpath.segments);
   std::vector<CSegment>& kept = subpath.segments;
@@ -66,16 +70,18 @@ int Sieve(Subpath& subpath, std::size_t fewest, IsUnwanted isUnwanted) {
 }  // namespace
 
 int RemoveZeroLength(Subpath& subpath) {
-  return subpath.segments.empty() ? 0 : Sieve(subpath, 1, HasZeroLength);
+  return HasAny(subpath, HasZeroLength) ? Sieve(subpath, 1, HasZeroLength) : 0;
 }
 
 int RemoveShort(Subpath& subpath, double minLineLength, double minBezierLength) {
-  if (subpath.segments.empty()) return 0;
+  const auto isShort = [=](const CSegment& segment) {
+    return IsShort(segment, minLineLength, minBezierLength);
+  };
+  if (!HasAny(subpath, isShort)) return 0;
   const double limit = std::max(minLineLength, minBezierLength);
   const TavMath::BoundsT<double> box = subpath.ControlBox();
   if (!(limit > 0) || (box.Width() < limit && box.Height() < limit)) return 0;
-  return Sieve(subpath, FewestSegments(subpath),
-               [=](const CSegment& segment) { return IsShort(segment, minLineLength, minBezierLength); });
+  return Sieve(subpath, FewestSegments(subpath), isShort);
 }
 
 }  // namespace Lumo::cleanup

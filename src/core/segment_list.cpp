@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/segment_reader.h"
 #include "math/point_traits.h"
 #include "tav/math/cubic_bezier.h"
 
@@ -52,28 +53,9 @@ CSegmentList::CSegmentList(const tagPOINT* points, const NODETYPE* types, int co
 template <class T>
 void CSegmentList::Read(const T* points, const NODETYPE* types, int count) {
   if (!points || !types) return;
-  DPoint last{};  // end of the previous segment, or the move node
-  for (int i = 0; i < count; ++i) {
-    const NODETYPE type = types[i];
-    const DPoint end = ToDouble(points[i]);
-    if (type.IsMove()) {
-      AppendMove(end, type);
-    } else if (subpaths_.empty() || type.IsControl()) {
-      continue;
-    } else if (type.IsLine()) {
-      segments_.push_back(CLineSegment(last, end));
-      segments_.back().SetEndType(type);
-    } else if (i >= 3 && types[i - 1].IsControl() && types[i - 2].IsControl()) {
-      const DPoint bezier[4] = {last, ToDouble(points[i - 2]), ToDouble(points[i - 1]), end};
-      segments_.push_back(CBezierSegment(bezier));
-      segments_.back().SetControlType(1, types[i - 2]);
-      segments_.back().SetControlType(2, types[i - 1]);
-      segments_.back().SetEndType(type);
-    } else {
-      continue;
-    }
-    last = end;
-  }
+  ReadSegments(
+      points, types, count, [&](int i) { AppendMove(ToDouble(points[i]), types[i]); },
+      [&](const CSegment& segment) { segments_.push_back(segment); });
 }
 
 void CSegmentList::AppendMove(const DPoint& start, NODETYPE type) {

@@ -134,19 +134,26 @@ bool IsMovedAtMost(const OwnedPath& path, const OwnedPath& moved, double most) {
   return true;
 }
 
-/// Repairs a subpath. Handles that the repair moves take their curve along; when that could be felt, by more
-/// than `mostMove`, the subpath keeps its handles.
-void Repair(OwnedPath& path, CurveRepairSettings repair, double mostMove) {
-  OwnedPath repaired = path;
+/// A copy of a subpath, repaired. Handles that the repair moves take their curve along; when that could be
+/// felt, by more than `mostMove`, the subpath keeps its handles.
+OwnedPath Repaired(const DPoint* points, const NODETYPE* nodes, int count, CurveRepairSettings repair,
+                   double mostMove) {
+  const auto copy = [&] {
+    OwnedPath path;
+    path.Append(points, nodes, count);
+    path.nodes[0].Set(NODETYPE::kLetter, false);
+    return path;
+  };
+  OwnedPath repaired = copy();
   CurveRepairReport report;
   RepairCurves(repaired.points, repaired.nodes, repair, &report);
-  if (report.overlappingHandles + report.tightEndpoints > 0) {
-    repair.SetFixOverlappingHandles(false);
-    repair.SetFixTightEndpointRadius(false);
-    RepairCurves(path.points, path.nodes, repair);
-    if (!IsMovedAtMost(path, repaired, mostMove)) return;
-  }
-  path = std::move(repaired);
+  if (report.overlappingHandles + report.tightEndpoints == 0) return repaired;
+  repair.SetFixOverlappingHandles(false);
+  repair.SetFixTightEndpointRadius(false);
+  OwnedPath kept = copy();
+  RepairCurves(kept.points, kept.nodes, repair);
+  if (!IsMovedAtMost(kept, repaired, mostMove)) return kept;
+  return repaired;
 }
 
 }  // namespace
@@ -155,10 +162,8 @@ OwnedPath PrepareSubpath(const DPoint* points, const NODETYPE* nodes, int count,
                          const OffsetSettings& settings) {
   OwnedPath result;
   if (count < 2 || !IsFinite(points, count)) return result;
-  OwnedPath source;
-  source.Append(points, nodes, count);
-  source.nodes[0].Set(NODETYPE::kLetter, false);
-  Repair(source, settings.RepairSettings(), kRepairShare * settings.MaxOffsetError());
+  const OwnedPath source =
+      Repaired(points, nodes, count, settings.RepairSettings(), kRepairShare * settings.MaxOffsetError());
   if (source.Count() < 2) return result;
   const bool closed = source.nodes[0].IsClosed();
   result.points.reserve(source.points.size());
