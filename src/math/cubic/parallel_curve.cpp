@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "math/cubic/blossom.h"
 #include "math/tolerances.h"
 
 namespace TavMath {
@@ -32,6 +33,11 @@ DVector ThirdDerivative(const std::array<DPoint, 4>& p) {
 double SafeLength(const DVector& v) {
   const double sqrd = LengthSqrd(v);
   return sqrd > kSquaresFrom && sqrd < kSquaresTo ? std::sqrt(sqrd) : Length(v);
+}
+
+/// Whether a vector is no longer than a length, which most are by far.
+bool IsWithin(const DVector& v, double length) {
+  return !(std::abs(v.x) > length || std::abs(v.y) > length) && SafeLength(v) <= length;
 }
 
 /// A zero vector stays zero.
@@ -66,10 +72,12 @@ ParallelCurve::ParallelCurve(const DPoint bezier[4], double offset) noexcept
   noise_ = kShortestPieceRelative * polygon_ + kShortestPieceRounding * coordinates;
   // Handles too short to have a direction of their own count as zero.
   const double least = kShortestHandleRelative * polygon_ + kShortestHandleRounding * coordinates;
-  if (SafeLength(bezier_[1] - bezier_[0]) <= least) bezier_[1] = bezier_[0];
-  if (SafeLength(bezier_[2] - bezier_[0]) <= least) bezier_[2] = bezier_[0];
-  if (SafeLength(bezier_[3] - bezier_[2]) <= least) bezier_[2] = bezier_[3];
-  if (SafeLength(bezier_[3] - bezier_[1]) <= least) bezier_[1] = bezier_[3];
+  if (IsWithin(bezier_[1] - bezier_[0], least)) bezier_[1] = bezier_[0];
+  if (IsWithin(bezier_[2] - bezier_[0], least)) bezier_[2] = bezier_[0];
+  if (IsWithin(bezier_[3] - bezier_[2], least)) bezier_[2] = bezier_[3];
+  if (IsWithin(bezier_[3] - bezier_[1], least)) bezier_[1] = bezier_[3];
+  for (std::size_t k = 0; k < 3; ++k) leg_[k] = bezier_[k + 1] - bezier_[k];
+  for (std::size_t k = 0; k < 2; ++k) bend_[k] = leg_[k + 1] - leg_[k];
   usable_ = polygon_ > 0 && polygon_ < kLargestOffsetSize && coordinates < kLargestOffsetSize &&
             std::abs(offset) < kLargestOffsetSize;
   // The longest of the three vectors from P0 decides the line that the other control points are measured
@@ -89,7 +97,7 @@ ParallelCurve::ParallelCurve(const DPoint bezier[4], double offset) noexcept
 void ParallelCurve::BoundSpeed() noexcept {
   // |B'| is at least its component along the chord, a mean of three times the legs' components; B' x B'' is a
   // mean of 18 times the legs' cross products, the middle one halved.
-  const DVector d0 = bezier_[1] - bezier_[0], d1 = bezier_[2] - bezier_[1], d2 = bezier_[3] - bezier_[2];
+  const auto& [d0, d1, d2] = leg_;
   const DVector axis = UnitVector(bezier_[3] - bezier_[0]);
   const double least = 3 * (std::min)({Dot(d0, axis), Dot(d1, axis), Dot(d2, axis)});
   sourceSmooth_ = least > kTurningRateRelative * polygon_;
@@ -105,18 +113,18 @@ ParallelSample ParallelCurve::At(double t) const noexcept {
   ParallelSample s;
   s.t = t;
   const double u = 1 - t;
-  const DVector d0 = bezier_[1] - bezier_[0], d1 = bezier_[2] - bezier_[1], d2 = bezier_[3] - bezier_[2];
-  const DVector first = 3.0 * ((u * u) * d0 + (2 * u * t) * d1 + (t * t) * d2);
+  const DVector first = 3.0 * ((u * u) * leg_[0] + (2 * u * t) * leg_[1] + (t * t) * leg_[2]);
   const double length = SafeLength(first);
   if (length > kTurningRateRelative * polygon_) {
     s.tangent = {first.x / length, first.y / length};
-    const DVector second = 6.0 * (u * (d1 - d0) + t * (d2 - d1));
+    const DVector second = 6.0 * (u * bend_[0] + t * bend_[1]);
     s.speed = straight_ ? length : length - offset_ * (Cross(s.tangent, second) / length);
   } else {
     s.tangent = UnitVector(SafeBezierTangent(t, bezier_.data()));
     s.speed = Speed(t);
   }
-  s.point = Evaluate(bezier_.data(), t) + offset_ * LeftNormal(s.tangent);
+  const Weight w(t);
+  s.point = Blossom(bezier_.data(), w, w, w) + offset_ * LeftNormal(s.tangent);
   return s;
 }
 
@@ -219,24 +227,29 @@ double Interpolate(const std::array<double, ParallelSamples::kCapacity>& sums, c
 
 }  // namespace
 
+ParallelSamples::Step::Step(const ParallelSample& from, const ParallelSample& to)
+    : turn(TurnBetween(from, to)), chord(SafeLength(to.point - from.point)) {}
+
+void ParallelSamples::Append(const ParallelSample& to, const Step& step) noexcept {
+  const auto k = static_cast<std::size_t>(count++);
+  at[k] = to;
+  turn[k] = turn[k - 1] + step.turn;
+  // The chord of an arc that turns by an angle is shorter than the arc by its square/24 to first order.
+  measure[k] = measure[k - 1] + step.chord * (1 + step.turn * step.turn / 24);
+}
+
 void ParallelSamples::Refine(const ParallelCurve& curve, const ParallelSample& from, const ParallelSample& to,
-                             int depth) noexcept {
+                             const Step& step, int depth) noexcept {
   // The left half is finished before the right one is begun; `from` is already stored. Room for what is
   // pending is kept, so that the last sample always fits.
   if (depth > 0 && count < kCapacity - kSampleDepth - kSampleIntervals &&
-      (TurnBetween(from, to) > kSampleTurn || SafeLength(to.point - from.point) > longest_)) {
+      (step.turn > kSampleTurn || step.chord > longest_)) {
     const ParallelSample mid = curve.At(0.5 * (from.t + to.t));
-    Refine(curve, from, mid, depth - 1);
-    Refine(curve, mid, to, depth - 1);
+    Refine(curve, from, mid, {from, mid}, depth - 1);
+    Refine(curve, mid, to, {mid, to}, depth - 1);
     return;
   }
-  const auto k = static_cast<std::size_t>(count);
-  const double step = TurnBetween(from, to);
-  at[k] = to;
-  turn[k] = turn[k - 1] + step;
-  // The chord of an arc that turns by `step` is shorter than the arc by step^2/24 to first order.
-  measure[k] = measure[k - 1] + SafeLength(to.point - from.point) * (1 + step * step / 24);
-  ++count;
+  Append(to, step);
 }
 
 void ParallelSamples::Build(const ParallelCurve& curve, double t0, double t1) noexcept {
@@ -244,15 +257,18 @@ void ParallelSamples::Build(const ParallelCurve& curve, double t0, double t1) no
   measure[0] = turn[0] = 0;
   count = 1;
   std::array<ParallelSample, kSampleIntervals + 1> uniform;
+  std::array<Step, kSampleIntervals + 1> steps;
   uniform[0] = at[0];
   double length = 0;
   for (std::size_t k = 1; k <= kSampleIntervals; ++k) {
     uniform[k] =
         curve.At(k == kSampleIntervals ? t1 : t0 + (t1 - t0) * static_cast<double>(k) / kSampleIntervals);
-    length += SafeLength(uniform[k].point - uniform[k - 1].point);
+    steps[k] = {uniform[k - 1], uniform[k]};
+    length += steps[k].chord;
   }
   longest_ = kSampleShare * length;
-  for (std::size_t k = 1; k <= kSampleIntervals; ++k) Refine(curve, uniform[k - 1], uniform[k], kSampleDepth);
+  for (std::size_t k = 1; k <= kSampleIntervals; ++k)
+    Refine(curve, uniform[k - 1], uniform[k], steps[k], kSampleDepth);
   totalTurn = turn[static_cast<std::size_t>(count - 1)];
 }
 

@@ -59,6 +59,8 @@ class ParallelCurve {
   void AddSignChange(double from, double to, CuspList& cusps) const noexcept;
 
   std::array<DPoint, 4> bezier_;
+  std::array<DVector, 3> leg_;   ///< of the control polygon
+  std::array<DVector, 2> bend_;  ///< from one leg to the next
   double offset_;
   double scale_ = 0;
   double polygon_ = 0;
@@ -86,8 +88,15 @@ struct ParallelSamples {
 
  private:
   double longest_ = 0;
+  /// From one sample to the next.
+  struct Step {
+    Step() = default;
+    Step(const ParallelSample& from, const ParallelSample& to);
+    double turn, chord;
+  };
   void Refine(const ParallelCurve& curve, const ParallelSample& from, const ParallelSample& to,
-              int depth) noexcept;
+              const Step& step, int depth) noexcept;
+  void Append(const ParallelSample& to, const Step& step) noexcept;
 };
 
 }  // namespace TavMath
