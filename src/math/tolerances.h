@@ -164,6 +164,11 @@ inline constexpr int kSampleIntervals = 8;
 inline constexpr double kSampleTurn = 0.25;
 inline constexpr double kSampleShare = 0.15;
 inline constexpr int kSampleDepth = 40;
+/// Samples for a first look at a surely smooth stretch: uniform intervals, between which it turns by at most
+/// kSparseTurn (radians, about 29 degrees) and does not run farther than kSparseShare of the length.
+inline constexpr int kSparseIntervals = 4;
+inline constexpr double kSparseTurn = 0.5;
+inline constexpr double kSparseShare = 0.35;
 /// The unsigned turn (radians, 180 degrees) above which one cubic is not tried.
 inline constexpr double kFitMaxTurn = 3.1415926535897932;
 /// The unsigned turn of a piece that counts as valid for offsetting: 90 degrees and rounding.
@@ -177,6 +182,9 @@ inline constexpr int kFitIterations = 10;
 /// A fit that is to be within a tolerance, and not the best one, is good enough at this share of it: most
 /// pieces of a drawing then need no step at all.
 inline constexpr double kFitEnough = 0.2;
+/// Share of the tolerance below which the fit by the end speeds needs no closer look than at few samples:
+/// what these miss is by far less than what is left to kFitEnough.
+inline constexpr double kFitPlain = 0.95 * kFitEnough;
 /// The handles have settled when the last step moved the curve by less than this share of its error.
 inline constexpr double kFitSettled = 0.1;
 /// Damping against the mean square sensitivity (at most 0.2): handles along the curve have no effect on it,

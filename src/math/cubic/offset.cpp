@@ -215,6 +215,8 @@ class PieceFitter {
       : curve_(curve), target_(target), out_(out) {}
 
   bool Stretch(double from, double to) {
+    ParallelFit plain;
+    if (FitPlain(curve_, from, to, kFitPlain * target_, samples_, plain)) return Add(plain);
     samples_.Build(curve_, from, to);
     const int parts = 1 + static_cast<int>(samples_.totalTurn / kFitMaxTurn);
     if (parts == 1) {

@@ -272,6 +272,24 @@ void ParallelSamples::Build(const ParallelCurve& curve, double t0, double t1) no
   totalTurn = turn[static_cast<std::size_t>(count - 1)];
 }
 
+bool ParallelSamples::BuildSparse(const ParallelCurve& curve, double t0, double t1) noexcept {
+  at[0] = curve.At(t0);
+  measure[0] = turn[0] = 0;
+  count = 1;
+  double longest = 0, length = 0;
+  for (std::size_t k = 1; k <= kSparseIntervals; ++k) {
+    const ParallelSample to =
+        curve.At(k == kSparseIntervals ? t1 : t0 + (t1 - t0) * static_cast<double>(k) / kSparseIntervals);
+    const Step step(at[k - 1], to);
+    if (!(step.turn <= kSparseTurn)) return false;
+    Append(to, step);
+    length += step.chord;
+    longest = (std::max)(longest, step.chord);
+  }
+  totalTurn = turn[kSparseIntervals];
+  return longest <= kSparseShare * length;
+}
+
 double ParallelSamples::AtMeasure(double fraction) const noexcept {
   return Interpolate(measure, *this, fraction);
 }

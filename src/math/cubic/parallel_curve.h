@@ -82,6 +82,8 @@ struct ParallelSamples {
   std::array<double, kCapacity> turn;     ///< unsigned turn up to this sample
 
   void Build(const ParallelCurve& curve, double t0, double t1) noexcept;
+  /// A few uniform samples. False when the stretch turns by much or runs far between two of them.
+  bool BuildSparse(const ParallelCurve& curve, double t0, double t1) noexcept;
   /// The parameter at which a fraction of the length (or of the turn) is reached, linear between samples.
   double AtMeasure(double fraction) const noexcept;
   double AtTurn(double fraction) const noexcept;

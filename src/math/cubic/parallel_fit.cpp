@@ -70,6 +70,23 @@ class Fitter {
     return worst;
   }
 
+  /// Deviations and slopes at every sample; the largest deviation, between samples too, by the cubic that
+  /// takes their values and slopes.
+  double Measure() {
+    slope_[0] = slope_[last_] = deviation_[0] = deviation_[last_] = 0;
+    double worst = 0;
+    for (std::size_t k = 1; k < last_; ++k) {
+      if (!Project(k) || u_[k] < u_[k - 1]) return kInfinity;
+      worst = (std::max)(worst, std::abs(deviation_[k]));
+    }
+    for (std::size_t k = 1; k <= last_; ++k) {
+      const double h = s_.measure[k] - s_.measure[k - 1];
+      worst =
+          (std::max)(worst, BetweenSamples(deviation_[k - 1], slope_[k - 1], deviation_[k], slope_[k], h));
+    }
+    return worst;
+  }
+
  private:
   using Cubic4 = std::array<DPoint, 4>;
 
@@ -114,23 +131,6 @@ class Fitter {
     const double n1 = Dot(power_.k1, normal), n2 = Dot(power_.k2, normal), n3 = Dot(power_.k3, normal);
     return {u, ((n3 * u + n2) * u + n1) * u + Dot(from, normal), ((3 * n3 * u + 2 * n2) * u + n1) / along,
             along > 0};
-  }
-
-  /// Deviations and slopes at every sample; the largest deviation, between samples too, by the cubic that
-  /// takes their values and slopes.
-  double Measure() {
-    slope_[0] = slope_[last_] = deviation_[0] = deviation_[last_] = 0;
-    double worst = 0;
-    for (std::size_t k = 1; k < last_; ++k) {
-      if (!Project(k) || u_[k] < u_[k - 1]) return kInfinity;
-      worst = (std::max)(worst, std::abs(deviation_[k]));
-    }
-    for (std::size_t k = 1; k <= last_; ++k) {
-      const double h = s_.measure[k] - s_.measure[k - 1];
-      worst =
-          (std::max)(worst, BetweenSamples(deviation_[k - 1], slope_[k - 1], deviation_[k], slope_[k], h));
-    }
-    return worst;
   }
 
   static double BetweenSamples(double e0, double m0, double e1, double m1, double h) {
@@ -210,6 +210,15 @@ ParallelFit FitSamples(const ParallelCurve& curve, double verify, const Parallel
   const bool hasRoom = error <= enough && curve.IsSurelySmooth();
   if (error <= verify && !hasRoom) error = (std::max)(error, fitter.MeasureBetween(curve));
   return {fitter.Cubic(), error};
+}
+
+bool FitPlain(const ParallelCurve& curve, double t0, double t1, double enough, ParallelSamples& samples,
+              ParallelFit& fit) noexcept {
+  if (!curve.IsSurelySmooth() || !samples.BuildSparse(curve, t0, t1)) return false;
+  Fitter fitter(samples, 1.0);
+  const double error = fitter.Measure();
+  fit = {fitter.Cubic(), error};
+  return error <= enough;
 }
 
 std::array<DPoint, 4> HermiteParallel(const ParallelCurve& curve, double t0, double t1) noexcept {

@@ -25,4 +25,9 @@ ParallelFit FitSamples(const ParallelCurve& curve, double verify, const Parallel
 /// subdivision has to stop.
 std::array<DPoint, 4> HermiteParallel(const ParallelCurve& curve, double t0, double t1) noexcept;
 
+/// The fit with the speeds at the ends, when a look at few samples shows that it errs by at most `enough`:
+/// most pieces of a drawing are done with that. False for others, and where the curve may have a cusp.
+bool FitPlain(const ParallelCurve& curve, double t0, double t1, double enough, ParallelSamples& samples,
+              ParallelFit& fit) noexcept;
+
 }  // namespace TavMath
