@@ -164,10 +164,10 @@ inline constexpr int kSampleIntervals = 8;
 inline constexpr double kSampleTurn = 0.25;
 inline constexpr double kSampleShare = 0.15;
 inline constexpr int kSampleDepth = 40;
-/// Samples for a first look at a surely smooth stretch: uniform intervals, between which it turns by at most
-/// kSparseTurn (radians, about 29 degrees) and does not run farther than kSparseShare of the length.
+/// Samples for a first look at a surely smooth stretch: uniform intervals, between which it turns by a sine
+/// of at most kSparseSine (about 29 degrees) and does not run farther than kSparseShare of the length.
 inline constexpr int kSparseIntervals = 4;
-inline constexpr double kSparseTurn = 0.5;
+inline constexpr double kSparseSine = 0.48;
 inline constexpr double kSparseShare = 0.35;
 /// The unsigned turn (radians, 180 degrees) above which one cubic is not tried.
 inline constexpr double kFitMaxTurn = 3.1415926535897932;

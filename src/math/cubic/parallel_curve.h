@@ -98,7 +98,7 @@ struct ParallelSamples {
   };
   void Refine(const ParallelCurve& curve, const ParallelSample& from, const ParallelSample& to,
               const Step& step, int depth) noexcept;
-  void Append(const ParallelSample& to, const Step& step) noexcept;
+  void Append(const ParallelSample& to, double turned, double chord) noexcept;
 };
 
 }  // namespace TavMath
