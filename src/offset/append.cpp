@@ -1,9 +1,17 @@
 #include "offset/append.h"
 
+#include <algorithm>
+
 #include "offset/tolerances.h"
 #include "tav/math/cubic_bezier.h"
 
 namespace Lumo::Offset {
+
+void MakeRoom(const Output& out, std::size_t more) {
+  const std::size_t needed = out.points.size() + more;
+  if (needed > out.points.capacity()) out.points.reserve(std::max(needed, 2 * out.points.capacity()));
+  if (needed > out.nodes.capacity()) out.nodes.reserve(std::max(needed, 2 * out.nodes.capacity()));
+}
 
 bool Continues(const Output& out, const DPoint& start, double toleranceSqrd) {
   return out.points.size() >= 2 && DistanceSqrd(start, out.points.back()) < toleranceSqrd;
@@ -51,9 +59,7 @@ void AppendOffsetCubic(const Output& out, const DPoint cubic[4], double toleranc
     MoveLastPoint(out, joint);
   }
   // The cubic keeps its start tangent when its start has moved to the joint.
-  out.points.insert(out.points.end(), {cubic[1] + moved, cubic[2], cubic[3]});
-  out.nodes.insert(out.nodes.end(),
-                   {NODETYPE::kControl, NODETYPE::kControl, NODETYPE::kCurve | NODETYPE::kUser});
+  PushCubic(out, cubic[1] + moved, cubic[2], cubic[3]);
 }
 
 }  // namespace Lumo::Offset

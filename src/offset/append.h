@@ -18,6 +18,16 @@ struct Output {
   std::vector<NODETYPE>& nodes;
 };
 
+/// Makes room for so many more nodes, at least doubling what there is.
+void MakeRoom(const Output& out, std::size_t more);
+
+/// Appends the last three nodes of a cubic.
+inline void PushCubic(const Output& out, const DPoint& control1, const DPoint& control2, const DPoint& end) {
+  for (const DPoint& p : {control1, control2, end}) out.points.push_back(p);
+  for (int k = 0; k < 2; ++k) out.nodes.push_back(NODETYPE::kControl);
+  out.nodes.push_back(NODETYPE::kCurve | NODETYPE::kUser);
+}
+
 /// Whether a piece that starts at `start` continues the output: at least two points, the last within the
 /// tolerance.
 bool Continues(const Output& out, const DPoint& start, double toleranceSqrd);

@@ -27,9 +27,7 @@ void AppendPart(const Output& out, const Part& part, std::size_t first) {
     out.points.push_back(part.End());
     out.nodes.push_back(NODETYPE::kLine | NODETYPE::kUser);
   } else {
-    out.points.insert(out.points.end(), {part.curve[1], part.curve[2], part.curve[3]});
-    out.nodes.insert(out.nodes.end(),
-                     {NODETYPE::kControl, NODETYPE::kControl, NODETYPE::kCurve | NODETYPE::kUser});
+    PushCubic(out, part.curve[1], part.curve[2], part.curve[3]);
   }
 }
 
@@ -192,6 +190,8 @@ void AppendRawOffset(const Source& source, double distance, const OffsetSettings
   std::erase_if(pieces, [](const Piece& piece) { return !piece.IsUsable(); });
   for (std::size_t k = 1; k < pieces.size(); ++k)
     TrimPieces(pieces[k - 1], pieces[k], settings.MaxConnectErrorSqrd());
+  // Most pieces are a cubic; a join is one, too.
+  MakeRoom(out, 6 * pieces.size() + 2);
   if (source.closed && pieces.size() > 1)
     TrimPieces(pieces.back(), pieces.front(), settings.MaxConnectErrorSqrd());
   Connector(source, distance, settings, out).Run(pieces);

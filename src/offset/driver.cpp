@@ -75,9 +75,15 @@ class Driver {
     return Finish();
   }
 
-  void AppendTo(std::vector<DPoint>& points, std::vector<NODETYPE>& nodes) const {
-    for (const Level& level : levels_)
-      for (const OwnedPath* path : {&level.closed, &level.open}) {
+  /// Hands out the results.
+  void MoveTo(std::vector<DPoint>& points, std::vector<NODETYPE>& nodes) {
+    for (Level& level : levels_)
+      for (OwnedPath* path : {&level.closed, &level.open}) {
+        if (points.empty() && nodes.empty()) {
+          points.swap(path->points);
+          nodes.swap(path->nodes);
+          continue;
+        }
         points.insert(points.end(), path->points.begin(), path->points.end());
         nodes.insert(nodes.end(), path->nodes.begin(), path->nodes.end());
       }
@@ -137,7 +143,10 @@ class Driver {
     if (added.IsEmpty()) return;
     if (IsCombining()) RoundToWholeUnits(added);
     level.bodies.push_back(BoxOf(added.points.data(), added.Count()));
-    level.closed.Append(added);
+    if (level.closed.IsEmpty())
+      level.closed = std::move(added);
+    else
+      level.closed.Append(added);
   }
 
   /// One union for all bodies of a level.
@@ -208,7 +217,7 @@ bool OffsetPath(const DPoint* points, const NODETYPE* nodes, int count, const Of
                         ? driver.RunOuter(points, types.data(), count)
                         : driver.Run(HierarchyBuilder::Nesting(points, types.data(), count));
   if (!done) return false;
-  driver.AppendTo(outPoints, outNodes);
+  driver.MoveTo(outPoints, outNodes);
   return true;
 }
 

@@ -25,9 +25,11 @@ void OwnedPath::Reverse() { Lumo::Reverse(points.data(), nodes.data(), Count());
 
 std::vector<Range> Subpaths(const NODETYPE* nodes, int count) {
   std::vector<Range> ranges;
-  for (int k = 0; k < count; ++k) {
-    if (nodes[k].IsMove() || ranges.empty()) ranges.push_back({k, k});
-    ranges.back().end = k + 1;
+  for (int first = 0; first < count;) {
+    int end = first + 1;
+    while (end < count && !nodes[end].IsMove()) ++end;
+    ranges.push_back({first, end});
+    first = end;
   }
   return ranges;
 }
