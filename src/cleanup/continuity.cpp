@@ -31,6 +31,19 @@ double RoundingTurn(const CSegment& segment, bool atStart) {
   return kDegreesPerRadian * std::asin(std::min(1.0, kIntegerHandleError / std::max(length, 1.0)));
 }
 
+/// Whether two directions turn by at most so many degrees. The angle x in radians lies below its tangent, and
+/// the tangent below x + x^3 up to x = 1: only what is between needs the arc tangent itself.
+bool TurnsAtMost(const DVector& in, const DVector& out, double degrees) {
+  const double x = degrees / kDegreesPerRadian;
+  const double sizes = LengthSqrd(in) * LengthSqrd(out);
+  if (x > kLeastQuickTurn && x < 1 && sizes > kQuickTurnFrom && sizes < kQuickTurnTo) {
+    const double cross = std::fabs(Cross(in, out)), dot = Dot(in, out);
+    if (!(dot > 0) || cross > dot * (x + x * x * x)) return false;
+    if (cross < dot * x) return true;
+  }
+  return TavMath::Degrees::GetFineAngle(in, out) <= degrees;
+}
+
 ContinuityType ContinuityOf(const Corner& corner, ContinuityType marked, double angleLimit,
                             Precision precision) {
   if (corner.in->IsLine() && corner.out->IsLine()) return ContinuityType::cusp;
@@ -40,7 +53,7 @@ ContinuityType ContinuityOf(const Corner& corner, ContinuityType marked, double 
   double limit = angleLimit;
   if (precision.isInteger && wasSmooth)
     limit += RoundingTurn(*corner.in, false) + RoundingTurn(*corner.out, true);
-  if (!(TavMath::Degrees::GetFineAngle(in, out) <= limit)) return ContinuityType::cusp;
+  if (!TurnsAtMost(in, out, limit)) return ContinuityType::cusp;
   if (marked != ContinuityType::symmetric || corner.in->IsLine() || corner.out->IsLine())
     return ContinuityType::smooth;
   const double a = corner.InHandle(), b = corner.OutHandle();

@@ -81,6 +81,7 @@ DVector DirectionBeyondHandle(const End& end) {
 bool FixOverlap(CSegment& segment, bool atStart, double offset, Precision precision) {
   const End end = EndOf(segment, atStart);
   const DVector handle = end.handle - end.node, direction = DirectionBeyondHandle(end);
+  if (Dot(handle, direction) > 0) return false;
   const double chord = Distance(end.node, end.opposite), size = Length(direction);
   const double reach = offset * (chord > 0 ? chord : size);
   if (!(size > 0) || !(reach > 0)) return false;
@@ -94,11 +95,14 @@ bool FixOverlap(CSegment& segment, bool atStart, double offset, Precision precis
 /// of the handle: a longer handle eases it and keeps the tangent.
 bool Ease(CSegment& segment, bool atStart, double radiusLimit, Precision precision) {
   const End end = EndOf(segment, atStart);
-  const DVector handle = end.handle - end.node;
+  const DVector handle = end.handle - end.node, beyond = end.beyond - end.node;
+  // The far control point is no farther from the tangent than from the node: most handles are long enough for
+  // that.
+  if (LengthSqrd(handle) > radiusLimit * (std::fabs(beyond.x) + std::fabs(beyond.y))) return false;
   const double length = Length(handle);
   if (!(length > 0)) return false;
   const DVector unit = handle * (1.0 / length);
-  const double off = std::fabs(Cross(unit, end.beyond - end.node)), arm = Distance(end.node, end.beyond);
+  const double off = std::fabs(Cross(unit, beyond)), arm = Distance(end.node, end.beyond);
   const auto lengthFor = [=](double distance) { return std::sqrt(2.0 / 3.0 * distance * radiusLimit); };
   const double needed = lengthFor(off);
   if (!(length < needed)) return false;

@@ -35,4 +35,10 @@ inline constexpr double kCollinearCross = 1e-12;
 /// Parameter. A Bezier is not split nearer to its ends: what is left there is rounding.
 inline constexpr double kSplitMargin = 1e-3;
 
+/// Limits of angle (radians) above which, and products of squared lengths (units^4) between which, a turn is
+/// compared by cross and dot product: rounding is far below the room between the angle and its tangent.
+inline constexpr double kLeastQuickTurn = 1e-3;
+inline constexpr double kQuickTurnFrom = 1e-200;
+inline constexpr double kQuickTurnTo = 1e200;
+
 }  // namespace Lumo
