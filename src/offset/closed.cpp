@@ -7,6 +7,7 @@
 #include "lumo/measure.h"
 #include "offset/bands.h"
 #include "offset/cracks.h"
+#include "offset/fill_pockets.h"
 #include "offset/raw_path.h"
 #include "offset/tolerances.h"
 
@@ -42,13 +43,28 @@ struct Ground {
   }
 };
 
+/// Whether pockets are worth filling, and may be.
+bool HasPockets(const Source& source, double distance, const OffsetSettings& settings) {
+  return IsDense(source, distance) && MayFillPockets(settings);
+}
+
+OwnedPath Filled(const Source& source, double distance, const OffsetSettings& settings) {
+  return FillPockets(source, WidestPocket(distance, settings.MaxOffsetError()));
+}
+
 /// The outlines' ground (on their right) grown by the distance: raw offsets of all of them in one
 /// arrangement. They must run clockwise: the winding number of a point is then the number of stretches of
-/// ground within reach of it.
+/// ground within reach of it. (Ground that overlaps itself where pockets were filled is still a disc laid on
+/// the plane, whose stretches within reach are counted as before.)
 bool Grow(const OwnedPath& outlines, double distance, const OffsetSettings& settings, OwnedPath& result) {
   OwnedPath raw;
   for (const Range& range : Subpaths(outlines.nodes.data(), outlines.Count())) {
-    const Source source = SourceOf(outlines, range);
+    Source source = SourceOf(outlines, range);
+    OwnedPath filled;
+    if (HasPockets(source, distance, settings)) {
+      filled = Filled(source, distance, settings);
+      source = SourceOf(filled, {0, filled.Count()});
+    }
     if (IsDense(source, distance)) {
       OwnedPath body;
       if (!UniteBands(source, distance, settings, body)) return false;
@@ -71,24 +87,42 @@ bool ShrinkDense(const Source& source, double distance, const OffsetSettings& se
   return Filter(both, WindingRule::negative, kept);
 }
 
+/// One simple outline of `Shrink`.
+bool ShrinkOne(const Source& source, double distance, const OffsetSettings& settings, OwnedPath& kept) {
+  // A point that all of the outline is within reach of counts wrongly; there is none while the distance is
+  // less than half the smaller extent, and from there on nothing is left anyway.
+  const TavMath::BoundsT<double> box = GetTightBBox(source.points, source.nodes, source.count);
+  if (!(2 * distance < (std::min)(box.Width(), box.Height()))) return true;
+  if (IsDense(source, distance)) return ShrinkDense(source, distance, settings, kept);
+  OwnedPath raw;
+  AppendRawOffset(source, distance, settings, raw.Out());
+  return Filter(raw, WindingRule::negative, kept);
+}
+
+/// What is left of a hole when the pockets of the ground round it are filled: simple outlines again, so that
+/// each has its own extent.
+bool FillHole(const Source& source, double distance, const OffsetSettings& settings, OwnedPath& holes) {
+  if (!Filter(Filled(source, distance, settings), WindingRule::negative, holes)) return false;
+  holes.Reverse();
+  return true;
+}
+
 /// The ground inside counter-clockwise outlines shrunk by the distance, each for itself: what one outline's
 /// raw offset leaves outside of it means nothing for another. The result is clockwise.
 bool Shrink(const OwnedPath& outlines, double distance, const OffsetSettings& settings, OwnedPath& result) {
   for (const Range& range : Subpaths(outlines.nodes.data(), outlines.Count())) {
+    OwnedPath one;
     const Source source = SourceOf(outlines, range);
-    // A point that all of the outline is within reach of counts wrongly; there is none while the distance is
-    // less than half the smaller extent, and from there on nothing is left anyway.
-    const TavMath::BoundsT<double> box = GetTightBBox(source.points, source.nodes, source.count);
-    if (!(2 * distance < (std::min)(box.Width(), box.Height()))) continue;
-    OwnedPath raw, kept;
-    if (IsDense(source, distance)) {
-      if (!ShrinkDense(source, distance, settings, kept)) return false;
-    } else {
-      AppendRawOffset(source, distance, settings, raw.Out());
-      if (!Filter(raw, WindingRule::negative, kept)) return false;
+    if (!HasPockets(source, distance, settings))
+      one.Append(source.points, source.nodes, source.count);
+    else if (!FillHole(source, distance, settings, one))
+      return false;
+    for (const Range& part : Subpaths(one.nodes.data(), one.Count())) {
+      OwnedPath kept;
+      if (!ShrinkOne(SourceOf(one, part), distance, settings, kept)) return false;
+      RemoveCracks(kept, outlines, settings);
+      result.Append(kept);
     }
-    RemoveCracks(kept, outlines, settings);
-    result.Append(kept);
   }
   return true;
 }

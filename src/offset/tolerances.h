@@ -80,6 +80,13 @@ inline constexpr double kDenseSegments = 128;
 inline constexpr double kDenseReach = 10;
 /// Segments of one band.
 inline constexpr std::size_t kBandSegments = 8;
+/// Share of the offset error by which the chord that closes a pocket may move the result. Where a chord is
+/// felt the result is the parallel of a line, which has no error of its own, but ends that are moved together
+/// and rounding need room beside it.
+inline constexpr double kPocketShare = 0.5;
+/// Longest such chord as a share of the distance: what it cuts off is then within half of the distance, so
+/// that no hole of the result is filled.
+inline constexpr double kPocketReach = 0.5;
 
 // --- results
 // -------------------------------------------------------------------------------------------------
