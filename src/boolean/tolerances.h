@@ -48,10 +48,11 @@ inline constexpr int kProjectSteps = 60;
 inline constexpr double kRootSettled = 0x1p-28;
 /// The end of a stretch that an arc shares with a line is wanted to this share of the contact distance only.
 inline constexpr double kNearShare = 0x1p-6;
-/// Sine of the angle from which on a crossing counts as transversal: an end within the contact distance of
-/// the other arc is then within eight contact distances of the crossing, and what keeps clear of the ends by
-/// more contact distances than that needs no look at them.
+/// Sine of the angle from which on a crossing of a line and an arc counts as transversal: an end within the
+/// contact distance of the other is then within eight contact distances of the crossing.
 inline constexpr double kTransversal = 0x1p-3;
+/// What keeps clear of the ends of a line by more contact distances than this needs no look at them: more
+/// than the eight of a transversal crossing.
 inline constexpr double kClearContacts = 10;
 /// Edges at a vertex whose directions differ by less (radians) are ordered by their geometry further out.
 /// Larger than the two contact distances by which the ends of a not so short edge may turn it (2/128); larger
