@@ -147,7 +147,7 @@ class BoxesAt {
     for (std::size_t k = 0; k < few_.size(); ++k) {
       const Box& b = few_[k];
       hits[count] = static_cast<int>(k);
-      count += static_cast<std::size_t>((b.minx <= x) & (x <= b.maxx) & (b.miny <= y) & (y <= b.maxy));
+      count += unsigned{b.minx <= x} & unsigned{x <= b.maxx} & unsigned{b.miny <= y} & unsigned{y <= b.maxy};
     }
     for (std::size_t k = 0; k < count; ++k) visit(hits[k]);
   }
@@ -189,7 +189,7 @@ void ForEachOverlap(const std::vector<Box>& boxes, Visit&& visit) {
     std::size_t count = 0;
     for (std::size_t j = i + 1; j < n && starts[j].x <= end; ++j) {  // no branch but the loop's
       hits[count] = starts[j].index;
-      count += static_cast<std::size_t>((spans[j].low <= span.high) & (span.low <= spans[j].high));
+      count += unsigned{spans[j].low <= span.high} & unsigned{span.low <= spans[j].high};
     }
     for (std::size_t k = 0; k < count; ++k) visit(starts[i].index, hits[k]);
   }
