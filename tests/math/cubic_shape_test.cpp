@@ -184,6 +184,9 @@ TEST(SafeTangent, IsDefinedWhereTheDerivativeVanishes) {
   EXPECT_GT(SafeBezierTangent(0, three).x, 0);
   const DPoint point[4] = {{2, 3}, {2, 3}, {2, 3}, {2, 3}};
   EXPECT_EQ(SafeBezierTangent(0.5, point), (DVector{0, 0}));
+  // Within rounding of an end without a handle the part beyond is a point.
+  const DPoint late[4] = {{0, 0}, {5 + 0x1p-27, 7}, {5, 7}, {5, 7}};
+  EXPECT_LT(SafeBezierTangent(1 - 0x1p-47, late).x, 0);
   const DPoint cusp[4] = {{0, 0}, {100, 100}, {0, 100}, {100, 0}};
   const DVector out = SafeBezierTangent(0.5, cusp);
   EXPECT_LT(out.y, 0) << "the direction in which the curve leaves the cusp";

@@ -32,7 +32,9 @@ DVector SafeTangent(double t, const DPoint p[4], double noise) {
   DPoint right[4];
   Split(t, p, nullptr, right);
   if (Largest(right[2] - right[0]) > noise) return right[2] - right[0];
-  return right[3] - right[0];
+  if (right[3] != right[0]) return right[3] - right[0];
+  // So near to the end that the part beyond is a point: the direction in which the curve arrives.
+  return SafeTangent(1, p, noise);
 }
 
 }  // namespace
