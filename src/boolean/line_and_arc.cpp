@@ -3,6 +3,7 @@
 
 #include "boolean/pair_crossing.h"
 #include "boolean/tolerances.h"
+#include "math/roots.h"
 
 namespace Lumo::Planar {
 namespace {
@@ -16,14 +17,6 @@ using TavMath::LengthSqrd;
 struct Height {
   double d[4];
 
-  double At(double t) const {
-    const double s = 1 - t;
-    return s * s * (s * d[0] + 3 * t * d[1]) + t * t * (3 * s * d[2] + t * d[3]);
-  }
-  double Slope(double t) const {
-    const double s = 1 - t;
-    return 3 * (s * s * (d[1] - d[0]) + 2 * s * t * (d[2] - d[1]) + t * t * (d[3] - d[2]));
-  }
   void Turn() {
     std::swap(d[0], d[3]);
     std::swap(d[1], d[2]);
@@ -38,7 +31,8 @@ struct Height {
   double Reaches(double level, double t, double slack) const {
     double low = 0, high = 1;
     for (int k = 0; k < kProjectSteps; ++k) {
-      const double off = At(t) - level, slope = Slope(t);
+      double slope;
+      const double off = TavMath::Roots::Evaluate(d, 3, t, slope) - level;
       (off < 0 ? low : high) = t;
       const double next = slope > 0 ? t - off / slope : low;
       const bool inside = next > low && next < high;
@@ -88,7 +82,8 @@ bool PairCrossing::FindLineAndArc(const Arc& line, const Arc& arc, bool lineFirs
   const LinePlaces places{p[0], u, length, kClearContacts * contact_};
   if (height.d[0] < -contact_) {  // a crossing of the continued line, and one only
     const double t = height.Reaches(0, height.d[0] / (height.d[0] - height.d[3]), kRootSettled);
-    const double slope = height.Slope(t);
+    double slope;
+    TavMath::Roots::Evaluate(height.d, 3, t, slope);
     if (!(slope * slope > kTransversal * kTransversal * LengthSqrd(Derivative(arc.curve, t)))) return false;
     const double s = places.Along(Evaluate(arc.curve, t));
     const LinePlaces::Kind kind = places.KindOf(s);
