@@ -110,19 +110,23 @@ bool FillHole(const Source& source, double distance, const OffsetSettings& setti
 /// The ground inside counter-clockwise outlines shrunk by the distance, each for itself: what one outline's
 /// raw offset leaves outside of it means nothing for another. The result is clockwise.
 bool Shrink(const OwnedPath& outlines, double distance, const OffsetSettings& settings, OwnedPath& result) {
+  const auto shrink = [&](const Source& source) {
+    OwnedPath kept;
+    if (!ShrinkOne(source, distance, settings, kept)) return false;
+    RemoveCracks(kept, outlines, settings);
+    result.Append(kept);
+    return true;
+  };
   for (const Range& range : Subpaths(outlines.nodes.data(), outlines.Count())) {
-    OwnedPath one;
     const Source source = SourceOf(outlines, range);
-    if (!HasPockets(source, distance, settings))
-      one.Append(source.points, source.nodes, source.count);
-    else if (!FillHole(source, distance, settings, one))
-      return false;
-    for (const Range& part : Subpaths(one.nodes.data(), one.Count())) {
-      OwnedPath kept;
-      if (!ShrinkOne(SourceOf(one, part), distance, settings, kept)) return false;
-      RemoveCracks(kept, outlines, settings);
-      result.Append(kept);
+    if (!HasPockets(source, distance, settings)) {
+      if (!shrink(source)) return false;
+      continue;
     }
+    OwnedPath holes;
+    if (!FillHole(source, distance, settings, holes)) return false;
+    for (const Range& part : Subpaths(holes.nodes.data(), holes.Count()))
+      if (!shrink(SourceOf(holes, part))) return false;
   }
   return true;
 }
