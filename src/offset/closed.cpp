@@ -8,6 +8,7 @@
 #include "offset/bands.h"
 #include "offset/cracks.h"
 #include "offset/fill_pockets.h"
+#include "offset/ground.h"
 #include "offset/raw_path.h"
 #include "offset/tolerances.h"
 
@@ -29,19 +30,6 @@ bool Filter(const OwnedPath& raw, WindingRule rule, OwnedPath& result) {
 double AreaOf(const OwnedPath& path, const Range& range) {
   return GetArea(path.points.data() + range.first, path.nodes.data() + range.first, range.end - range.first);
 }
-
-/// Outlines by the side that their ground lies on.
-struct Ground {
-  OwnedPath outer;  ///< clockwise
-  OwnedPath holes;  ///< counter-clockwise
-
-  explicit Ground(const OwnedPath& clean) {
-    for (const Range& range : Subpaths(clean.nodes.data(), clean.Count()))
-      (AreaOf(clean, range) > 0 ? outer : holes)
-          .Append(clean.points.data() + range.first, clean.nodes.data() + range.first,
-                  range.end - range.first);
-  }
-};
 
 /// Whether pockets are worth filling, and may be.
 bool HasPockets(const Source& source, double distance, const OffsetSettings& settings) {
@@ -131,16 +119,33 @@ bool Shrink(const OwnedPath& outlines, double distance, const OffsetSettings& se
   return true;
 }
 
-/// Outer outlines less what lies inside the others.
-bool Subtract(const OwnedPath& outer, OwnedPath inner, OwnedPath& result) {
-  if (inner.IsEmpty()) {
-    result = outer;
-    return true;
+/// One nesting level of the ground, offset: what its outer outlines become, less what its holes become.
+bool OffsetLevel(GroundLevel& level, const OffsetSettings& settings, OwnedPath& outer, OwnedPath& holes) {
+  const double distance = std::abs(settings.Offset());
+  if (settings.Offset() > 0)
+    return Grow(level.outer, distance, settings, outer) && Shrink(level.holes, distance, settings, holes);
+  // Seen from the other side: outer outlines shrink, holes grow.
+  level.Reverse();
+  return Shrink(level.outer, distance, settings, outer) && Grow(level.holes, distance, settings, holes);
+}
+
+/// All levels: outer outlines less holes. One arrangement for all of them: where a level covers a point, it
+/// lies in its outer outlines and in none of its holes, and no level takes away from another, since what it
+/// takes away lies in its own outer outlines, or as deep in a hole as nothing of another level reaches.
+bool OffsetLevels(std::vector<GroundLevel>& levels, const OffsetSettings& settings, OwnedPath& result) {
+  bool clean = levels.size() == 1;
+  for (GroundLevel& level : levels) {
+    OwnedPath outer, holes;
+    if (!OffsetLevel(level, settings, outer, holes)) return false;
+    clean = clean && holes.IsEmpty();
+    holes.Reverse();
+    result.Append(outer);
+    result.Append(holes);
   }
-  inner.Reverse();
-  OwnedPath both = outer;
-  both.Append(inner);
-  return Filter(both, WindingRule::positive, result);
+  if (clean) return true;
+  const OwnedPath all = std::move(result);
+  result.Clear();
+  return Filter(all, WindingRule::positive, result);
 }
 
 /// Whether the control points of a closed outline, in order, run round a convex polygon once: no turn to the
@@ -191,19 +196,8 @@ bool OffsetGround(const OwnedPath& subpath, const OffsetSettings& settings, Owne
     result = std::move(clean);
     return true;
   }
-  Ground ground(clean);
-  OwnedPath outer, holes;
-  if (settings.Offset() > 0) {
-    if (!Grow(ground.outer, distance, settings, outer) || !Shrink(ground.holes, distance, settings, holes))
-      return false;
-  } else {
-    // Seen from the other side: outer outlines shrink, holes grow.
-    ground.outer.Reverse();
-    ground.holes.Reverse();
-    if (!Shrink(ground.outer, distance, settings, outer) || !Grow(ground.holes, distance, settings, holes))
-      return false;
-  }
-  if (!Subtract(outer, std::move(holes), result)) return false;
+  std::vector<GroundLevel> levels = LevelsOfGround(clean);
+  if (!OffsetLevels(levels, settings, result)) return false;
   RemoveCracks(result, clean, settings);
   return true;
 }

@@ -65,6 +65,28 @@ TEST(OffsetDistance, OneOutlineThatOverlapsItselfRoundAHole) {
   }
 }
 
+TEST(OffsetDistance, IslandsInHolesOfOneOutline) {
+  // Outline, hole and island in one stroke, linked by lines that are drawn there and back.
+  std::vector<DPoint> rings;
+  const auto ring = [&](double size, double turn) {
+    const DPoint link{size, 0};
+    rings.push_back(link);
+    for (const DVector side : {DVector{1, turn}, DVector{-1, turn}, DVector{-1, -turn}, DVector{1, -turn}})
+      rings.push_back(DPoint{0, 0} + size * side);
+    rings.push_back(link);
+  };
+  ring(100000, 1);
+  ring(60000, -1);
+  ring(30000, 1);
+  ring(16000, -1);
+  ring(8000, 1);
+  for (const double size : {16000, 30000, 60000}) rings.push_back({size, 0});
+  const DoublePath path = ClosedPolygon(rings);
+  EXPECT_EQ(test::Flatten(OffsetOf(path, 2000), 1).size(), 5u);
+  for (const double offset : {2000.0, -2000.0, 10000.0, -5000.0, 16000.0, -17000.0})
+    ExpectTrueOffset(path, offset);
+}
+
 TEST(OffsetDistance, DenseOutlines) {
   // So many segments within the distance that they are offset stretch by stretch.
   Random random(35);
