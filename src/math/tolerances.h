@@ -158,19 +158,27 @@ inline constexpr double kShortestPieceRounding = 64 * kEpsilon;
 inline constexpr double kSquaresFrom = 1e-200;
 inline constexpr double kSquaresTo = 1e200;
 /// Samples of a stretch: uniform intervals, halved while the tangent turns by more than kSampleTurn (radians,
-/// about 14 degrees) between neighbours or they are farther apart than kSampleShare of the length, at most
-/// kSampleDepth times.
+/// about 14 degrees) between neighbours, or they are farther apart than kSampleShare of the length, or their
+/// distance differs from what their speeds say by more than kSampleHidden of it, at most kSampleDepth times.
 inline constexpr int kSampleIntervals = 8;
 inline constexpr double kSampleTurn = 0.25;
 inline constexpr double kSampleShare = 0.15;
+inline constexpr double kSampleHidden = 0.01;
+/// Halvings for the sake of speeds: a tighter bend, at a tip, has speeds of rounding noise.
+inline constexpr int kHiddenDepth = 8;
 inline constexpr int kSampleDepth = 40;
 /// Samples for a first look at a surely smooth stretch: uniform intervals, between which it turns by a sine
-/// of at most kSparseSine (about 29 degrees) and does not run farther than kSparseShare of the length.
+/// of at most kSparseSine (about 29 degrees), does not run farther than kSparseShare of the length, and no
+/// farther or less far than the speeds say by more than kSparseHidden of it.
 inline constexpr int kSparseIntervals = 4;
 inline constexpr double kSparseSine = 0.48;
 inline constexpr double kSparseShare = 0.35;
+inline constexpr double kSparseHidden = 0.06;
 /// The unsigned turn (radians, 180 degrees) above which one cubic is not tried.
 inline constexpr double kFitMaxTurn = 3.1415926535897932;
+/// Square of the length below which the sum of two opposite unit tangents is taken for zero: it has no
+/// direction.
+inline constexpr double kHalfTurnSqrd = 0x1p-40;
 /// The unsigned turn of a piece that counts as valid for offsetting: 90 degrees and rounding.
 inline constexpr double kValidTurn = 1.5707963267948966 + 1e-9;
 /// Share of the tolerance that the measured error may use; the measure between samples is an interpolation.

@@ -64,18 +64,22 @@ double Bisect(const F& f, double a, double b) {
 
 }  // namespace
 
+void DropShortHandles(DPoint bezier[4], double polygon) noexcept {
+  const double coordinates = (std::max)(std::abs(bezier[0].x), std::abs(bezier[0].y));
+  const double least = kShortestHandleRelative * polygon + kShortestHandleRounding * coordinates;
+  if (IsWithin(bezier[1] - bezier[0], least)) bezier[1] = bezier[0];
+  if (IsWithin(bezier[2] - bezier[0], least)) bezier[2] = bezier[0];
+  if (IsWithin(bezier[3] - bezier[2], least)) bezier[2] = bezier[3];
+  if (IsWithin(bezier[3] - bezier[1], least)) bezier[1] = bezier[3];
+}
+
 ParallelCurve::ParallelCurve(const DPoint bezier[4], double offset) noexcept
     : bezier_{bezier[0], bezier[1], bezier[2], bezier[3]}, offset_(offset) {
   for (int k = 0; k < 3; ++k) polygon_ += SafeLength(bezier[k + 1] - bezier[k]);
   scale_ = (std::max)(polygon_, std::abs(offset));
   const double coordinates = (std::max)(std::abs(bezier[0].x), std::abs(bezier[0].y));
   noise_ = kShortestPieceRelative * polygon_ + kShortestPieceRounding * coordinates;
-  // Handles too short to have a direction of their own count as zero.
-  const double least = kShortestHandleRelative * polygon_ + kShortestHandleRounding * coordinates;
-  if (IsWithin(bezier_[1] - bezier_[0], least)) bezier_[1] = bezier_[0];
-  if (IsWithin(bezier_[2] - bezier_[0], least)) bezier_[2] = bezier_[0];
-  if (IsWithin(bezier_[3] - bezier_[2], least)) bezier_[2] = bezier_[3];
-  if (IsWithin(bezier_[3] - bezier_[1], least)) bezier_[1] = bezier_[3];
+  DropShortHandles(bezier_.data(), polygon_);
   for (std::size_t k = 0; k < 3; ++k) leg_[k] = bezier_[k + 1] - bezier_[k];
   for (std::size_t k = 0; k < 2; ++k) bend_[k] = leg_[k + 1] - leg_[k];
   usable_ = polygon_ > 0 && polygon_ < kLargestOffsetSize && coordinates < kLargestOffsetSize &&
@@ -215,6 +219,12 @@ double TurnBetween(const ParallelSample& a, const ParallelSample& b) {
   return std::atan2(sine, cosine);
 }
 
+/// How far the chord between two samples is from what their speeds say it is: a tight bend between them makes
+/// the one or the other wrong.
+double HiddenLength(const ParallelSample& a, const ParallelSample& b, double chord) {
+  return std::abs(0.5 * std::abs(a.speed + b.speed) * (b.t - a.t) - chord);
+}
+
 double Interpolate(const std::array<double, ParallelSamples::kCapacity>& sums, const ParallelSamples& s,
                    double fraction) {
   const double target = fraction * sums[static_cast<std::size_t>(s.count - 1)];
@@ -230,7 +240,9 @@ double Interpolate(const std::array<double, ParallelSamples::kCapacity>& sums, c
 }  // namespace
 
 ParallelSamples::Step::Step(const ParallelSample& from, const ParallelSample& to)
-    : turn(TurnBetween(from, to)), chord(SafeLength(to.point - from.point)) {}
+    : turn(TurnBetween(from, to)),
+      chord(SafeLength(to.point - from.point)),
+      hidden(HiddenLength(from, to, chord)) {}
 
 void ParallelSamples::Append(const ParallelSample& to, double turned, double chord) noexcept {
   const auto k = static_cast<std::size_t>(count++);
@@ -245,7 +257,8 @@ void ParallelSamples::Refine(const ParallelCurve& curve, const ParallelSample& f
   // The left half is finished before the right one is begun; `from` is already stored. Room for what is
   // pending is kept, so that the last sample always fits.
   if (depth > 0 && count < kCapacity - kSampleDepth - kSampleIntervals &&
-      (step.turn > kSampleTurn || step.chord > longest_)) {
+      (step.turn > kSampleTurn || step.chord > longest_ ||
+       (step.hidden > mostHidden_ && depth > kSampleDepth - kHiddenDepth))) {
     const ParallelSample mid = curve.At(0.5 * (from.t + to.t));
     Refine(curve, from, mid, {from, mid}, depth - 1);
     Refine(curve, mid, to, {mid, to}, depth - 1);
@@ -269,6 +282,7 @@ void ParallelSamples::Build(const ParallelCurve& curve, double t0, double t1) no
     length += steps[k].chord;
   }
   longest_ = kSampleShare * length;
+  mostHidden_ = kSampleHidden * length;
   for (std::size_t k = 1; k <= kSampleIntervals; ++k)
     Refine(curve, uniform[k - 1], uniform[k], steps[k], kSampleDepth);
   totalTurn = turn[static_cast<std::size_t>(count - 1)];
@@ -278,19 +292,20 @@ bool ParallelSamples::BuildSparse(const ParallelCurve& curve, double t0, double 
   at[0] = curve.At(t0);
   measure[0] = turn[0] = 0;
   count = 1;
-  double longest = 0, length = 0;
+  double longest = 0, length = 0, hidden = 0;
   for (std::size_t k = 1; k <= kSparseIntervals; ++k) {
     const ParallelSample to =
         curve.At(k == kSparseIntervals ? t1 : t0 + (t1 - t0) * static_cast<double>(k) / kSparseIntervals);
     const double sine = std::abs(Cross(at[k - 1].tangent, to.tangent));
     if (!(sine <= kSparseSine && Dot(at[k - 1].tangent, to.tangent) > 0)) return false;
     const double chord = SafeLength(to.point - at[k - 1].point);
+    hidden = (std::max)(hidden, HiddenLength(at[k - 1], to, chord));
     Append(to, SmallAngle(sine), chord);
     length += chord;
     longest = (std::max)(longest, chord);
   }
   totalTurn = turn[kSparseIntervals];
-  return longest <= kSparseShare * length;
+  return longest <= kSparseShare * length && hidden <= kSparseHidden * length;
 }
 
 double ParallelSamples::AtMeasure(double fraction) const noexcept {

@@ -26,6 +26,10 @@ struct CuspList {
   bool Contains(double value) const;
 };
 
+/// Moves handles that are too short to have a direction of their own onto their nodes. `polygon`: the length
+/// of the control polygon.
+void DropShortHandles(DPoint bezier[4], double polygon) noexcept;
+
 class ParallelCurve {
  public:
   ParallelCurve(const DPoint bezier[4], double offset) noexcept;
@@ -89,12 +93,12 @@ struct ParallelSamples {
   double AtTurn(double fraction) const noexcept;
 
  private:
-  double longest_ = 0;
+  double longest_ = 0, mostHidden_ = 0;
   /// From one sample to the next.
   struct Step {
     Step() = default;
     Step(const ParallelSample& from, const ParallelSample& to);
-    double turn, chord;
+    double turn, chord, hidden;
   };
   void Refine(const ParallelCurve& curve, const ParallelSample& from, const ParallelSample& to,
               const Step& step, int depth) noexcept;

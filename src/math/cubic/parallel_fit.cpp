@@ -36,12 +36,12 @@ class Fitter {
   /// Least squares over the two handle lengths (Gauss-Newton, damped); the best state seen is kept. An error
   /// of `enough` needs no improvement.
   double Solve(double enough) {
-    double best = Measure();
+    double error = Measure(), best = RunsForward() ? error : kInfinity;
     Cubic4 bestCubic = cubic_;
     for (int k = 0; k < kFitIterations && best > enough; ++k) {
       const double change = Step();
-      const double error = Measure();
-      if (error < best) {
+      error = Measure();
+      if (error < best && RunsForward()) {
         best = error;
         bestCubic = cubic_;
       }
@@ -53,6 +53,17 @@ class Fitter {
       Measure();
     }
     return best;
+  }
+
+  /// Whether the fit never runs against the middle direction of the stretch, as what it stands for, which
+  /// turns by half a turn at most, never does. A fit that does has a hook so tight that it may fall between
+  /// two samples.
+  bool RunsForward() const {
+    const DVector middle = Tangent(0) + Tangent(last_);
+    if (!(LengthSqrd(middle) > kHalfTurnSqrd)) return true;
+    const double from = Dot(cubic_[1] - cubic_[0], middle), between = Dot(cubic_[2] - cubic_[1], middle),
+                 to = Dot(cubic_[3] - cubic_[2], middle);
+    return between >= 0 || between * between <= from * to;
   }
 
   /// The largest deviation half-way between the samples of the last measure.
@@ -216,7 +227,7 @@ bool FitPlain(const ParallelCurve& curve, double t0, double t1, double enough, P
               ParallelFit& fit) noexcept {
   if (!curve.IsSurelySmooth() || !samples.BuildSparse(curve, t0, t1)) return false;
   Fitter fitter(samples, 1.0);
-  const double error = fitter.Measure();
+  const double error = fitter.RunsForward() ? fitter.Measure() : kInfinity;
   fit = {fitter.Cubic(), error};
   return error <= enough;
 }
