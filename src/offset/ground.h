@@ -1,5 +1,6 @@
 #pragma once
-// The ground that cleaned outlines bound: which side of an outline it lies on, and which outline lies in which.
+// The ground that cleaned outlines bound: which side of an outline it lies on, and which outline lies in
+// which.
 
 #include <vector>
 
@@ -18,8 +19,8 @@ struct GroundLevel {
   }
 };
 
-/// Outlines that do not cross, outer ones clockwise, level by level: the outermost with their holes, the islands
-/// in these holes with theirs, and so on. At least one level.
+/// Outlines that do not cross, outer ones clockwise, level by level: the outermost with their holes, the
+/// islands in these holes with theirs, and so on. At least one level.
 std::vector<GroundLevel> LevelsOfGround(const OwnedPath& clean);
 
 }  // namespace Lumo::Offset

@@ -66,12 +66,15 @@ class Cleaner {
   }
 
   void Curve(const DPoint control[3], const NODETYPE nodes[3]) {
-    const Cubic cubic{out_.points.back(), control[0], control[1], control[2]};
+    Cubic cubic{out_.points.back(), control[0], control[1], control[2]};
     if (cubic[1] == cubic[0] && cubic[2] == cubic[0] && cubic[3] == cubic[0]) return KeepContinuity(nodes[2]);
-    if (LeavesNoWayBack(cubic)) return PutAll(control, nodes);
+    // A corner at such a handle would be joined in a direction that its piece does not have.
+    DropShortHandles(cubic.data(),
+                     Length(cubic[1] - cubic[0]) + Length(cubic[2] - cubic[1]) + Length(cubic[3] - cubic[2]));
+    if (LeavesNoWayBack(cubic)) return PutAll(cubic, nodes);
     // Where the curve itself turns back its parallel curves jump: a node there gets the corner's join.
     const CuspList cusps = ParallelCurve(cubic.data(), 0).SourceCusps();
-    if (cusps.count == 0) return PutAll(control, nodes);
+    if (cusps.count == 0) return PutAll(cubic, nodes);
     double from = 0;
     for (int k = 0; k <= cusps.count; ++k) {
       const double to = k < cusps.count ? cusps.t[static_cast<std::size_t>(k)] : 1.0;
@@ -97,8 +100,8 @@ class Cleaner {
     return Dot(c[1] - c[0], chord) >= 0 && Dot(c[2] - c[1], chord) > 0 && Dot(c[3] - c[2], chord) >= 0;
   }
 
-  void PutAll(const DPoint control[3], const NODETYPE nodes[3]) {
-    for (int k = 0; k < 3; ++k) Put(control[k], nodes[k]);
+  void PutAll(const Cubic& cubic, const NODETYPE nodes[3]) {
+    for (std::size_t k = 0; k < 3; ++k) Put(cubic[k + 1], nodes[k]);
   }
 
   void Put(const DPoint& point, NODETYPE node) {

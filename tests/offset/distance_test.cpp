@@ -139,6 +139,25 @@ TEST(OffsetDistance, CurvesKeepTheirShapeWhereTheirHandlesSayNothing) {
   }
 }
 
+TEST(OffsetDistance, HandlesThatRoundingLeftMakeNoCorner) {
+  // Handles that lie on their nodes but for a few roundings, as scaling leaves them, point anywhere.
+  const DPoint tip{619197.25, 411985.5};
+  for (const double noise : {0x1p-33, 0x1p-31, 0x1p-24})
+    for (const DVector& way : {DVector{1, -2}, DVector{-1, 2}, DVector{2, 1}, DVector{-2, -1}}) {
+      DoublePath path;
+      path.Add(NODETYPE(0x0C), tip);
+      path.Add(NODETYPE(0xC0), {622745, 413632});
+      path.Add(NODETYPE(0xC0), {628534, 415485});
+      path.Add(NODETYPE(0x84), {631134, 418548});
+      path.Add(NODETYPE(0x44), {700000, 500000});
+      path.Add(NODETYPE(0x44), {636450, 492608});
+      path.Add(NODETYPE(0xC0), {631112, 464104});
+      path.Add(NODETYPE(0xC0), tip + noise * way);
+      path.Add(NODETYPE(0x88), tip);
+      for (const double offset : {3300.0, 22000.0, -1500.0}) ExpectTrueOffset(path, offset);
+    }
+}
+
 TEST(OffsetDistance, ParallelsOfOpenPathsKeepTheirDistanceAndLoseNothing) {
   Random random(36);
   int reached = 0;
