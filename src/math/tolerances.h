@@ -164,9 +164,9 @@ inline constexpr int kSampleIntervals = 8;
 inline constexpr double kSampleTurn = 0.25;
 inline constexpr double kSampleShare = 0.15;
 inline constexpr double kSampleHidden = 0.01;
+inline constexpr int kSampleDepth = 40;
 /// Halvings for the sake of speeds: a tighter bend, at a tip, has speeds of rounding noise.
 inline constexpr int kHiddenDepth = 8;
-inline constexpr int kSampleDepth = 40;
 /// Samples for a first look at a surely smooth stretch: uniform intervals, between which it turns by a sine
 /// of at most kSparseSine (about 29 degrees), does not run farther than kSparseShare of the length, and no
 /// farther or less far than the speeds say by more than kSparseHidden of it.

@@ -10,6 +10,7 @@
 #include "lumo/repair.h"
 #include "offset/closed.h"
 #include "offset/combine.h"
+#include "offset/cracks.h"
 #include "offset/open_path.h"
 #include "offset/tolerances.h"
 #include "tav/math/rect.h"
@@ -24,6 +25,8 @@ struct Level {
   OwnedPath closed;
   OwnedPath open;
   std::vector<TavMath::BoundsT<double>> bodies;  ///< boxes of the results in `closed`, each clean in itself
+  OwnedPath grounds;                             ///< the closed outlines that were offset
+  bool strokes = false;                          ///< some of `closed` comes from open curves
 };
 
 TavMath::BoundsT<double> BoxOf(const DPoint* points, int count) {
@@ -122,6 +125,8 @@ class Driver {
     if (!RunSubpath(points, nodes, count, one)) return false;
     Level& level = At(depth);
     level.open.Append(one.open);
+    level.grounds.Append(one.grounds);
+    level.strokes |= one.strokes;
     Merge(level, std::move(one.closed));
     return true;
   }
@@ -154,17 +159,23 @@ class Driver {
     if (!IsCombining()) return true;
     for (Level& level : levels_) {
       // A single body is clean as it is, and so are bodies that are apart.
-      if (!AreApart(level.bodies) && !Unite(level.closed)) return false;
+      if (!AreApart(level.bodies)) {
+        if (!Unite(level.closed)) return false;
+        // Bodies err by their tolerances too, and may leave gaps between them where their sources leave none.
+        if (!level.strokes) RemoveCracks(level.closed, level.grounds, settings_);
+      }
       DropShortSegments(level.closed);
     }
     return true;
   }
 
   bool RunSubpath(const DPoint* points, const NODETYPE* nodes, int count, Level& out) {
-    const OwnedPath subpath = PrepareSubpath(points, nodes, count, settings_);
+    OwnedPath subpath = PrepareSubpath(points, nodes, count, settings_);
     if (subpath.IsEmpty()) return true;
-    if (subpath.nodes.front().IsClosed()) return OffsetGround(subpath, settings_, out.closed);
-    return RunOpen(subpath, out);
+    if (!subpath.nodes.front().IsClosed()) return RunOpen(subpath, out);
+    if (!OffsetGround(subpath, settings_, out.closed)) return false;
+    out.grounds = std::move(subpath);
+    return true;
   }
 
   /// A negative distance offsets the other side.
@@ -173,6 +184,7 @@ class Driver {
     if (!(distance > 0)) return true;
     if (settings_.Offset() < 0) subpath.Reverse();
     const EOpenCurveOffsetSide side = settings_.OpenCurveOffsetSide();
+    out.strokes = true;
     if (settings_.CloseShape()) return CloseOpenPath(subpath, side, distance, settings_, out.closed);
     if (side != EOpenCurveOffsetSide::right) AppendOpen(subpath, distance, out);
     if (side != EOpenCurveOffsetSide::left) {

@@ -169,6 +169,14 @@ TEST(OffsetDriver, ShapesThatTouchUniteWithoutSegmentsOfRoundingSize) {
   }
 }
 
+TEST(OffsetDriver, FarOutShapesBesideOneAnotherLeaveNoGap) {
+  // Each result errs by what it may; where the two run side by side they cross and part again.
+  const DoublePath path = test::ParsePath<DPoint>(
+      "M608922,99 C375787,540251 462950,539421 522807,532431 C1007647,333855 1033599,322233 1044522,298159 Z "
+      "M1004894,84947 C993124,88676 991068,90538 989471,92768 C988772,93947 987942,95040 987593,96350 Z");
+  EXPECT_EQ(CountSubpaths(OffsetOf(path, 3145728)), 1u);
+}
+
 TEST(OffsetDriver, ShapesApartAreOffsetInTheirOrderEachForItself) {
   const std::vector<DoublePath> apart{Square(50000, 0, 20000), Square(0, 0, 20000, false),
                                       Square(0, 60000, 9000)};
