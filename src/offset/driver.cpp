@@ -12,6 +12,7 @@
 #include "offset/combine.h"
 #include "offset/cracks.h"
 #include "offset/open_path.h"
+#include "offset/thorns.h"
 #include "offset/tolerances.h"
 #include "tav/math/rect.h"
 
@@ -25,7 +26,7 @@ struct Level {
   OwnedPath closed;
   OwnedPath open;
   std::vector<TavMath::BoundsT<double>> bodies;  ///< boxes of the results in `closed`, each clean in itself
-  OwnedPath grounds;                             ///< the closed outlines that were offset
+  std::vector<OwnedPath> grounds;                ///< the closed outlines that were offset
   bool strokes = false;                          ///< some of `closed` comes from open curves
 };
 
@@ -56,6 +57,12 @@ bool AreApart(const std::vector<TavMath::BoundsT<double>>& boxes) {
     for (std::size_t i = 0; i < k; ++i)
       if (boxes[i].Overlaps(boxes[k])) return false;
   return true;
+}
+
+OwnedPath Together(const std::vector<OwnedPath>& paths) {
+  OwnedPath all;
+  for (const OwnedPath& path : paths) all.Append(path);
+  return all;
 }
 
 class Driver {
@@ -125,7 +132,7 @@ class Driver {
     if (!RunSubpath(points, nodes, count, one)) return false;
     Level& level = At(depth);
     level.open.Append(one.open);
-    level.grounds.Append(one.grounds);
+    for (OwnedPath& ground : one.grounds) level.grounds.push_back(std::move(ground));
     level.strokes |= one.strokes;
     Merge(level, std::move(one.closed));
     return true;
@@ -156,16 +163,20 @@ class Driver {
 
   /// One union for all bodies of a level.
   bool Finish() {
-    if (!IsCombining()) return true;
     for (Level& level : levels_) {
-      // A single body is clean as it is, and so are bodies that are apart.
-      if (!AreApart(level.bodies)) {
-        if (!Unite(level.closed)) return false;
-        // Bodies err by their tolerances too, and may leave gaps between them where their sources leave none.
-        if (!level.strokes) RemoveCracks(level.closed, level.grounds, settings_);
-      }
-      DropShortSegments(level.closed);
+      if (IsCombining() && !Combine(level)) return false;
+      RemoveThorns(level.closed, settings_);
+      if (IsCombining()) DropShortSegments(level.closed);
     }
+    return true;
+  }
+
+  /// A single body is clean as it is, and so are bodies that are apart.
+  bool Combine(Level& level) const {
+    if (AreApart(level.bodies)) return true;
+    if (!Unite(level.closed)) return false;
+    // Bodies err by their tolerances too, and may leave gaps between them where their sources leave none.
+    if (!level.strokes) RemoveCracks(level.closed, Together(level.grounds), settings_);
     return true;
   }
 
@@ -174,7 +185,7 @@ class Driver {
     if (subpath.IsEmpty()) return true;
     if (!subpath.nodes.front().IsClosed()) return RunOpen(subpath, out);
     if (!OffsetGround(subpath, settings_, out.closed)) return false;
-    out.grounds = std::move(subpath);
+    if (IsCombining()) out.grounds.push_back(std::move(subpath));
     return true;
   }
 

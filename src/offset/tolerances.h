@@ -103,6 +103,11 @@ inline constexpr double kCrackShare = 0.125;
 /// Up to this share it may still be one, both pieces being off as far as they may, to opposite sides; it is
 /// if it comes nearer to the source than the distance less twice those errors.
 inline constexpr double kThinShare = 2;
+/// Two sides of a thorn are together within this share of the offset error, so that taking it out adds next
+/// to nothing to that.
+inline constexpr double kThornShare = 0.1;
+/// The sine of the angle below which an outline that turns back at a node has a tip there.
+inline constexpr double kThornSine = 0.02;
 /// Share of the offset error by which the repair of handles may move a curve: what fitting leaves of it.
 inline constexpr double kRepairShare = 0.03;
 /// Squared distance (units^2) within which nodes between two lines are taken out of the source before

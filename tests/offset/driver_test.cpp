@@ -177,6 +177,33 @@ TEST(OffsetDriver, FarOutShapesBesideOneAnotherLeaveNoGap) {
   EXPECT_EQ(CountSubpaths(OffsetOf(path, 3145728)), 1u);
 }
 
+TEST(OffsetDriver, ThornsThatAreThinAllAlongAreTakenOut) {
+  // A room with a passage that narrows from a bit more than twice the distance to a bit less: its middle line
+  // would stick out of the inset room as a hair.
+  const auto rightmost = [](double spare, bool combine) {
+    const double wide = 3000 + spare, narrow = 3000 - spare;
+    const DoublePath room = ClosedPolygon({{0, 0},
+                                           {100000, 0},
+                                           {100000, 50000 - wide},
+                                           {300000, 50000 - narrow},
+                                           {300000, 50000 + narrow},
+                                           {100000, 50000 + wide},
+                                           {100000, 100000},
+                                           {0, 100000}});
+    const DoublePath inset = OffsetOf(room, -3000, {new Lumo::Round, new Lumo::Round, true, combine});
+    EXPECT_EQ(CountSubpaths(inset), 1u);
+    EXPECT_TRUE(test::IsWellFormed(inset));
+    EXPECT_TRUE(WronglySided(room, -3000, inset, 150).empty());
+    double x = 0;
+    for (const DPoint& p : inset.points) x = std::fmax(x, p.x);
+    return x;
+  };
+  for (const bool combine : {true, false}) {
+    EXPECT_LT(rightmost(4, combine), 101000);
+    EXPECT_GT(rightmost(40, combine), 190000) << "wide enough to be seen";
+  }
+}
+
 TEST(OffsetDriver, ShapesApartAreOffsetInTheirOrderEachForItself) {
   const std::vector<DoublePath> apart{Square(50000, 0, 20000), Square(0, 0, 20000, false),
                                       Square(0, 60000, 9000)};
