@@ -1,24 +1,16 @@
 #include <gtest/gtest.h>
 
 #include "lumo/curve_segment.h"
-#include "lumo/polycurve.h"
-#include "support/generators.h"
+#include "support/curves.h"
 #include "support/oracles.h"
 
 namespace {
 
 using Lumo::CurveSegmentT;
 using Lumo::PolycurveT;
-
-template <class T>
-PolycurveT<T> ToPolycurve(const test::Path<T>& path) {
-  return {path.points.data(), path.types.data(), path.points.size()};
-}
-template <class T>
-test::Path<T> ToPath(const PolycurveT<T>& p) {
-  return {{p.GetPoints(), p.GetPoints() + p.GetPointCount()},
-          {p.GetNodeTypes(), p.GetNodeTypes() + p.GetPointCount()}};
-}
+using test::ParseCurve;
+using test::ToCurve;
+using test::ToPath;
 
 /// Moves, lines and curves.
 template <class T>
@@ -29,7 +21,7 @@ std::size_t Segments(const PolycurveT<T>& path) {
 }
 
 TEST(SegmentOfAPolycurve, ByNumberByEndAndByStart) {
-  const auto path = ToPolycurve(test::ParsePath<tagPOINT>("M0,0 L1,0 C2,0 3,0 4,0 L5,0 M6,0"));
+  const auto path = ParseCurve<tagPOINT>("M0,0 L1,0 C2,0 3,0 4,0 L5,0 M6,0");
   using Segment = CurveSegmentT<tagPOINT>;
   EXPECT_EQ(Segment::FromEndIdx(path, 4)->number(), 2u);
   EXPECT_EQ(Segment::FromStartIdx(path, 1)->number(), 2u);
@@ -48,7 +40,7 @@ TEST(SegmentOfAPolycurve, ByNumberByEndAndByStart) {
 TEST(SegmentOfAPolycurve, AllAppendedInTurnGiveThePathBack) {
   test::Bits bits(61);
   for (int round = 0; round < 300; ++round) {
-    const auto path = ToPolycurve(test::RandomPath<TavMath::DPoint>(bits));
+    const auto path = ToCurve(test::RandomPath<TavMath::DPoint>(bits));
     ASSERT_TRUE(Lumo::ValidSegments(path));
     PolycurveT<TavMath::DPoint> joined, loose;
     for (const auto& segment : Lumo::details::GetCurveSegments_Base(path)) {
@@ -62,7 +54,7 @@ TEST(SegmentOfAPolycurve, AllAppendedInTurnGiveThePathBack) {
 }
 
 TEST(SegmentOfAPolycurve, AppendedAloneIsAnOpenSubpath) {
-  auto path = ToPolycurve(test::ParsePath<tagPOINT>("M0,0 L9,0 L9,9 Z"));
+  auto path = ParseCurve<tagPOINT>("M0,0 L9,0 L9,9 Z");
   EXPECT_TRUE((CurveSegmentT<tagPOINT>(path, 3).AppendTo(path, true))) << "its own path, and a closed one";
   EXPECT_EQ(test::ToSvg(ToPath(path)), "M0,0 L9,0 L9,9 L0,0 Z M9,9 L0,0 ");
   EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
@@ -72,7 +64,7 @@ TEST(SegmentOfAPolycurve, AppendedAloneIsAnOpenSubpath) {
 
 TEST(SegmentRange, KeepsItsPolycurveAlive) {
   auto range = [] {
-    const auto path = ToPolycurve(test::ParsePath<tagPOINT>("M0,0 L1,0 C2,0 3,0 4,0 L5,0"));
+    const auto path = ParseCurve<tagPOINT>("M0,0 L1,0 C2,0 3,0 4,0 L5,0");
     return Lumo::details::GetCurveSegments_Range(path, TavUtils::IndexRange(1, 100));
   }();
   std::vector<int> ends;

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <numbers>
 
-#include "lumo/polycurve.h"
 #include "lumo/polyline.h"
-#include "support/generators.h"
+#include "lumo/repair.h"
+#include "support/curves.h"
 #include "support/oracles.h"
-#include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -17,29 +17,15 @@ using Lumo::CurvePosition;
 using Lumo::NodeEdge;
 using Lumo::PolycurveT;
 using TavMath::DPoint;
+using test::ParseCurve;
+using test::ToPath;
 
-template <class T>
-class Editing : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Editing, PointTypes);
-
-template <class T>
-PolycurveT<T> Parse(const char* svg) {
-  const auto path = test::ParsePath<T>(svg);
-  return {path.points.data(), path.types.data(), path.points.size()};
-}
-
-template <class T>
-test::Path<T> Nodes(const PolycurveT<T>& path) {
-  test::Path<T> nodes;
-  for (std::size_t i = 0; i < path.GetPointCount(); ++i) nodes.Add(path.GetNodeType(i), path.GetPoint(i));
-  return nodes;
-}
+LUMO_TYPED_SUITE(Editing);
 
 /// Same points and kinds, and closed flags; selection, continuity and the like aside.
 template <class T>
 void ExpectShape(const PolycurveT<T>& path, const char* svg) {
-  const test::Path<T> actual = Nodes(path);
+  const test::Path<T> actual = ToPath(path);
   const auto expected = test::ParsePath<T>(svg);
   EXPECT_TRUE(test::IsWellFormed(actual));
   EXPECT_EQ(actual.points, expected.points) << testing::PrintToString(actual);
@@ -51,13 +37,13 @@ void ExpectShape(const PolycurveT<T>& path, const char* svg) {
 }
 
 TYPED_TEST(Editing, ReverseTurnsTheOrderOfSubpathsToo) {
-  auto path = Parse<TypeParam>("M0,0 L10,0 M20,0 C30,0 40,10 40,20");
+  auto path = ParseCurve<TypeParam>("M0,0 L10,0 M20,0 C30,0 40,10 40,20");
   EXPECT_TRUE(path.Reverse());
   ExpectShape(path, "M40,20 C40,10 30,0 20,0 M10,0 L0,0");
 }
 
 TYPED_TEST(Editing, SetNodeClosedWritesOneEndOnly) {
-  auto path = Parse<TypeParam>("M0,0 L10,0 L10,10");
+  auto path = ParseCurve<TypeParam>("M0,0 L10,0 L10,10");
   EXPECT_TRUE(path.SetNodeClosed(0, true));
   EXPECT_TRUE(path.GetNodeType(0).IsClosed());
   EXPECT_FALSE(path.GetNodeType(2).IsClosed());
@@ -65,7 +51,7 @@ TYPED_TEST(Editing, SetNodeClosedWritesOneEndOnly) {
 
 TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
   using T = TypeParam;
-  const auto original = Parse<T>("M0,0 L10,0 L10,10 L0,10");
+  const auto original = ParseCurve<T>("M0,0 L10,0 L10,10 L0,10");
   auto path = original;
   const MATRIX turn{0, 2, -2, 0, 5, 7};
   EXPECT_TRUE(path.TransformPoints(turn, 2, 1));
@@ -101,7 +87,7 @@ TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
 }
 
 TEST(EditingInteger, TranslationSaturates) {
-  auto path = Parse<tagPOINT>("M2147483000,0 L5,-2147483000");
+  auto path = ParseCurve<tagPOINT>("M2147483000,0 L5,-2147483000");
   path.TranslatePoints({1000, -1000});
   EXPECT_EQ(path.GetPoint(0), (tagPOINT{2147483647, -1000}));
   EXPECT_EQ(path.GetPoint(1), (tagPOINT{1005, -2147483647 - 1}));
@@ -109,9 +95,9 @@ TEST(EditingInteger, TranslationSaturates) {
 
 TYPED_TEST(Editing, CloseSubpathAddsALineAndLosesTheSelection) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,0 L10,0e L10,10 M50,50 L60,50");
+  auto path = ParseCurve<T>("M0,0 L10,0e L10,10 M50,50 L60,50");
   EXPECT_TRUE(path.CloseSubpath(1));
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_TRUE(path.IsClosed(0));
   EXPECT_FALSE(path.IsClosed(1));
   EXPECT_EQ(path.GetPointCount(), 6u);
@@ -119,31 +105,31 @@ TYPED_TEST(Editing, CloseSubpathAddsALineAndLosesTheSelection) {
   EXPECT_EQ(path.GetPoint(1), (T{0, 0}));
   const auto closed = path;
   EXPECT_TRUE(path.CloseSubpath(0)) << "nothing left to close is no failure";
-  EXPECT_EQ(Nodes(path).points, Nodes(closed).points);
-  auto lone = Parse<T>("M0,0 M5,5 L6,6");
+  EXPECT_EQ(ToPath(path).points, ToPath(closed).points);
+  auto lone = ParseCurve<T>("M0,0 M5,5 L6,6");
   EXPECT_FALSE(lone.CloseSubpath(0));
   EXPECT_FALSE(lone.CloseSubpath(99));
 }
 
 TYPED_TEST(Editing, CloseLastSubpathSnapsEndsOrAddsALine) {
-  auto path = Parse<TypeParam>("M0,0 L100,0 L100,100 L3,4");
+  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L100,100 L3,4");
   EXPECT_FALSE(path.CloseLastSubpath(4.9, false));
   auto snapped = path;
   EXPECT_TRUE(snapped.CloseLastSubpath(5, true));
   ExpectShape(snapped, "M0,0 L100,0 L100,100 L0,0 Z");
   EXPECT_TRUE(path.CloseLastSubpath(4.9, true));
   ExpectShape(path, "M0,0 L100,0 L100,100 L3,4 L0,0 Z");
-  auto several = Parse<TypeParam>("M0,0 L10,0 L10,10 M7,7 M20,20 C30,20 30,30 20,20 M0,0 L5,0 L5,5 Z");
+  auto several = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 M7,7 M20,20 C30,20 30,30 20,20 M0,0 L5,0 L5,5 Z");
   EXPECT_TRUE(several.CloseOpenSubpaths());
   ExpectShape(several, "M0,0 L10,0 L10,10 L0,0 Z M7,7 M20,20 C30,20 30,30 20,20 Z M0,0 L5,0 L5,5 L0,0 Z");
 }
 
 TYPED_TEST(Editing, JoinsMergeOrCloseAndRefuseWhatHasNoOpenEnd) {
-  auto path = Parse<TypeParam>("M0,0 L10,0 M10,0 L10,10");
+  auto path = ParseCurve<TypeParam>("M0,0 L10,0 M10,0 L10,10");
   EXPECT_FALSE(path.Join(0, 99));
   EXPECT_TRUE(path.Join(1, 2));
   ExpectShape(path, "M0,0 L10,0 L10,10");
-  auto ring = Parse<TypeParam>("M0,0 L10,0 L10,10 L0,0");
+  auto ring = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 L0,0");
   EXPECT_TRUE(ring.JoinEndpoints());
   ExpectShape(ring, "M0,0 L10,0 L10,10 L0,0 Z");
   EXPECT_FALSE(ring.JoinEndpoints());
@@ -153,47 +139,47 @@ TYPED_TEST(Editing, JoinsMergeOrCloseAndRefuseWhatHasNoOpenEnd) {
 
 TYPED_TEST(Editing, JoiningWithCurvesKeepsTheTangentsOfBothEnds) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,0 L300,0e M600,300e L600,600");
+  auto path = ParseCurve<T>("M0,0 L300,0e M600,300e L600,600");
   EXPECT_TRUE(path.JoinEnabledAddingCurves());
   ASSERT_EQ(path.GetPointCount(), 6u);
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_EQ(path.GetPoint(2).y, 0) << "the bridge leaves along the first line";
   EXPECT_EQ(path.GetPoint(3).x, 600) << "and arrives along the second";
   EXPECT_EQ(path.GetNodeType(1).Continuity(), ContinuityType::smooth);
-  auto two = Parse<T>("M0,0e C0,100 100,100 100,0e M0,500e L50,550 L100,500e");
+  auto two = ParseCurve<T>("M0,0e C0,100 100,100 100,0e M0,500e L50,550 L100,500e");
   EXPECT_TRUE(two.JoinEnabledAddingCurves()) << "more than two ends: every subpath is closed on itself";
   EXPECT_TRUE(two.IsClosed(0) && two.IsClosed(1));
   ASSERT_EQ(two.GetPointCount(), 13u);
   EXPECT_LT(two.GetPoint(10).x, -10) << "the bridge leaves the start backwards";
   EXPECT_GT(two.GetPoint(11).x, 110) << "and runs on from the end";
-  EXPECT_TRUE(test::IsWellFormed(Nodes(two)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(two)));
 }
 
 TYPED_TEST(Editing, TouchingSubpathsBecomeOneInTheDirectionOfTheFirst) {
-  auto path = Parse<TypeParam>("M0,0 L100,0 M300,0 L200,0 M200,1 C200,50 100,50 100,2 M900,900 L800,800");
+  auto path =
+      ParseCurve<TypeParam>("M0,0 L100,0 M300,0 L200,0 M200,1 C200,50 100,50 100,2 M900,900 L800,800");
   EXPECT_FALSE(path.JoinTouchingSubpaths(0.5));
   EXPECT_TRUE(path.JoinTouchingSubpaths(2));
   EXPECT_EQ(path.GetSubpathCount(), 2u);
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_EQ(path.GetPoint(0).x, 0);
   EXPECT_EQ(path.GetPoint(5).x, 300);
-  auto ring = Parse<TypeParam>("M0,0 L100,0 M0,100 L0,0 M100,0 L100,100 M0,100 L100,100");
+  auto ring = ParseCurve<TypeParam>("M0,0 L100,0 M0,100 L0,0 M100,0 L100,100 M0,100 L100,100");
   EXPECT_TRUE(ring.JoinTouchingSubpaths(0));
   ExpectShape(ring, "M0,0 L100,0 L100,100 L0,100 L0,0 Z");
 }
 
 TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
-  auto path = Parse<TypeParam>("M0,0 L100,0 M110,0 L200,0 M200,30 L0,40");
+  auto path = ParseCurve<TypeParam>("M0,0 L100,0 M110,0 L200,0 M200,30 L0,40");
   EXPECT_TRUE(path.JoinClosestPairsAddingLineSegments());
   ExpectShape(path, "M0,0 L100,0 L110,0 L200,0 L200,30 L0,40 L0,0 Z");
   EXPECT_FALSE(path.JoinClosestPairsAddingLineSegments());
   test::Bits bits(5);
   test::PathOptions options;
   options.maxSubpaths = 300;
-  const auto random = test::RandomPath<TypeParam>(bits, options);
-  PolycurveT<TypeParam> many(random.points.data(), random.types.data(), random.points.size());
+  auto many = test::ToCurve(test::RandomPath<TypeParam>(bits, options));
   EXPECT_TRUE(many.JoinClosestPairsAddingLineSegments());
-  EXPECT_TRUE(test::IsWellFormed(Nodes(many)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(many)));
   int open = 0;
   for (const auto& subpath : many.GetSubpathCurves())
     open += subpath.count > 1 && !subpath.types[0].IsClosed();
@@ -201,19 +187,19 @@ TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
 }
 
 TYPED_TEST(Editing, BreaksOpenOrSplit) {
-  auto path = Parse<TypeParam>("M0,0 L100,0 L200,0");
+  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L200,0");
   EXPECT_TRUE(path.BreakAtLength(50));
   ExpectShape(path, "M0,0 L50,0 M50,0 L100,0 L200,0");
   EXPECT_FALSE(path.BreakAtLength(-1)) << "an open end";
   EXPECT_FALSE(path.BreakAt({0, 2, 0.5})) << "no position of this path";
-  auto ring = Parse<TypeParam>("M0,0 L100,0 L100,100 Z");
+  auto ring = ParseCurve<TypeParam>("M0,0 L100,0 L100,100 Z");
   EXPECT_TRUE(ring.BreakAt({0, 1, 1}));
   ExpectShape(ring, "M100,0 L100,100 L0,0 L100,0");
 }
 
 TYPED_TEST(Editing, DeletedSegmentsOpenOrSplitTheirSubpath) {
   const char* ring = "M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z";
-  auto path = Parse<TypeParam>(ring);
+  auto path = ParseCurve<TypeParam>(ring);
   EXPECT_TRUE(path.DeleteSegment(3)) << "by one of its control points";
   ExpectShape(path, "M100,100 L0,100 L0,0 L100,0");
   EXPECT_TRUE(path.DeleteSegment(2));
@@ -225,25 +211,25 @@ TYPED_TEST(Editing, DeletedSegmentsOpenOrSplitTheirSubpath) {
   EXPECT_TRUE(path.IsEmpty());
   EXPECT_FALSE(path.DeleteSubpath(0));
 
-  path = Parse<TypeParam>(ring);
+  path = ParseCurve<TypeParam>(ring);
   EXPECT_TRUE(path.DeleteNode(5));
   EXPECT_EQ(path.GetPointCount(), 6u);
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_FALSE(path.DeleteNode(2)) << "a handle is no node";
 }
 
 TYPED_TEST(Editing, ChordsGoBySelectionOfBothTheirEnds) {
   const char* svg = "M0,0e L100,0e L100,100 L0,100e Z";
-  auto path = Parse<TypeParam>(svg);
+  auto path = ParseCurve<TypeParam>(svg);
   EXPECT_TRUE(path.DeleteSelectedChords());
   ExpectShape(path, "M100,0 L100,100 L0,100");
-  path = Parse<TypeParam>(svg);
+  path = ParseCurve<TypeParam>(svg);
   EXPECT_TRUE(path.DeleteUnselectedChords());
   ExpectShape(path, "M0,100 L0,0 L100,0");
 }
 
 TYPED_TEST(Editing, SpinningMovesTheStartOfAClosedSubpath) {
-  auto path = Parse<TypeParam>("M5,5 L6,6 M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z");
+  auto path = ParseCurve<TypeParam>("M5,5 L6,6 M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z");
   const double area = path.GetArea();
   EXPECT_TRUE(path.SpinSubpath(6));
   ExpectShape(path, "M5,5 L6,6 M100,100 L0,100 L0,0 L100,0 C120,20 120,80 100,100 Z");
@@ -254,15 +240,15 @@ TYPED_TEST(Editing, SpinningMovesTheStartOfAClosedSubpath) {
 }
 
 TYPED_TEST(Editing, ExtensionsRunOnAlongTheTangents) {
-  auto path = Parse<TypeParam>("M0,0 L100,0 M0,200 C0,300 0,300 100,300 M0,0 L5,0 L5,5 Z");
+  auto path = ParseCurve<TypeParam>("M0,0 L100,0 M0,200 C0,300 0,300 100,300 M0,0 L5,0 L5,5 Z");
   EXPECT_TRUE(path.Extend(10));
   ExpectShape(path, "M-10,0 L110,0 M0,190 L0,200 C0,300 0,300 100,300 L110,300 M0,0 L5,0 L5,5 L0,0 Z");
   EXPECT_FALSE(path.ExtendForward(-1));
 }
 
 TYPED_TEST(Editing, LinesMergeWithinTheToleranceOnly) {
-  auto path =
-      Parse<TypeParam>("M0,0 L50,1 L100,0 L150,-1 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
+  auto path = ParseCurve<TypeParam>(
+      "M0,0 L50,1 L100,0 L150,-1 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
   EXPECT_TRUE(path.MergeLines(2));
   ExpectShape(path, "M0,0 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
   // A circle of many lines stays within the tolerance, and needs far fewer.
@@ -272,18 +258,18 @@ TYPED_TEST(Editing, LinesMergeWithinTheToleranceOnly) {
     const auto p = test::MakePoint<TypeParam>(std::round(1e6 * std::cos(a)), std::round(1e6 * std::sin(a)));
     k == 0 ? circle.MoveTo(p) : circle.LineTo(p);
   }
-  const auto before = Nodes(circle);
+  const auto before = ToPath(circle);
   EXPECT_TRUE(circle.MergeLines(100));
   EXPECT_LT(circle.GetPointCount(), 400u);
-  const auto lines = test::Flatten(Nodes(circle), 1);
+  const auto lines = test::Flatten(ToPath(circle), 1);
   for (std::size_t k = 0; k < before.points.size(); k += 7) {
-    EXPECT_LE(test::DistanceTo(lines, {1.0 * before.points[k].x, 1.0 * before.points[k].y}), 100.001);
+    EXPECT_LE(test::DistanceTo(lines, test::AsDouble(before.points[k])), 100.001);
   }
 }
 
 TYPED_TEST(Editing, AlignmentTakesTheHandlesAlong) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,0e C10,10 20,20 50,30e L80,90 Z");
+  auto path = ParseCurve<T>("M0,0e C10,10 20,20 50,30e L80,90 Z");
   EXPECT_TRUE(path.AlignEnabledNodes(NodeEdge::right));
   EXPECT_EQ(path.GetPoint(0), (T{50, 0}));
   EXPECT_EQ(path.GetPoint(1), (T{60, 10})) << "the handle of the moved node";
@@ -300,12 +286,12 @@ TYPED_TEST(Editing, AlignmentTakesTheHandlesAlong) {
   EXPECT_FALSE(path.AlignSingleNodeToPixel(4, 0));
   path.DisableAllNodes();
   EXPECT_FALSE(path.AlignEnabledNodes(NodeEdge::left));
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
 }
 
 TYPED_TEST(Editing, FitsItsBoxToARectangle) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,0 C0,100 200,100 200,0 L100,-25");
+  auto path = ParseCurve<T>("M0,0 C0,100 200,100 200,0 L100,-25");
   EXPECT_TRUE(path.TransformToFit({1000, 2000, 3000, 4000}));
   EXPECT_TRUE(path.TransformToFit({1000, 2000, 3000, 4000}));
   const auto box = path.GetTightBBox();
@@ -319,7 +305,7 @@ TYPED_TEST(Editing, FitsItsBoxToARectangle) {
             std::abs(box.maxx - expected.maxx) + std::abs(box.maxy - expected.maxy);
   }
   EXPECT_LE(error, (std::is_same_v<T, tagPOINT> ? 4 : 1e-9));
-  auto level = Parse<T>("M0,5 L10,5");
+  auto level = ParseCurve<T>("M0,5 L10,5");
   EXPECT_TRUE(level.TransformToFit({0, 0, 100, 100}));
   EXPECT_EQ(level.GetPoint(1), (T{100, 0}));
 }
@@ -332,11 +318,11 @@ TYPED_TEST(Editing, AppendingContinuesTheLastSubpathWhereItEnds) {
   EXPECT_TRUE(path.AppendBezierWithJoin(T{10, 10}, T{20, 10}, T{30, 20}, T{30, 30}));
   EXPECT_TRUE(path.AppendBezierWithJoin(T{5, 5}, T{6, 6}, T{7, 7}, T{8, 8}));
   ExpectShape(path, "M0,0 L10,0 L10,10 C20,10 30,20 30,30 M5,5 C6,6 7,7 8,8");
-  EXPECT_TRUE(path.AppendWithJoin(Parse<T>("M8,8 L9,9 M1,1 L2,2")));
+  EXPECT_TRUE(path.AppendWithJoin(ParseCurve<T>("M8,8 L9,9 M1,1 L2,2")));
   EXPECT_TRUE(path.AppendWithJoin(path)) << "itself";
-  EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+  EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_EQ(path.GetSubpathCount(), 6u);
-  auto ring = Parse<T>("M0,0 L10,0 L10,10 Z");
+  auto ring = ParseCurve<T>("M0,0 L10,0 L10,10 Z");
   EXPECT_TRUE(ring.AppendLineWithJoin(T{0, 0}, T{5, 5})) << "a closed subpath is not continued";
   ExpectShape(ring, "M0,0 L10,0 L10,10 L0,0 Z M0,0 L5,5");
 }
@@ -345,9 +331,8 @@ TYPED_TEST(Editing, PolylineStaysWithinItsToleranceAndKeepsTheFlags) {
   for (std::uint64_t seed = 0; seed < 40; ++seed) {
     test::Bits bits(seed);
     const auto path = test::RandomPath<TypeParam>(bits);
-    const PolycurveT<TypeParam> source(path.points.data(), path.types.data(), path.points.size());
     const double tolerance = 0.05 * (1 + bits.Below(100));
-    const auto lines = Nodes(source.GetPolyline(tolerance));
+    const auto lines = test::ToPath<TypeParam>(test::ToCurve(path).GetPolyline(tolerance));
     EXPECT_TRUE(test::IsWellFormed(lines));
     const auto flat = test::Flatten(lines, 1);
     const double slack = std::is_same_v<TypeParam, tagPOINT> ? 0.71 : 1e-6;
@@ -392,7 +377,7 @@ TYPED_TEST(Editing, FittedCurvesKeepToTheirPointsAndTheirCorners) {
   for (const auto& c : cases) {
     PolycurveT<T> path;
     ASSERT_TRUE(path.AppendFittedCurve(c.points, c.tolerance));
-    EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+    EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
     EXPECT_LE(path.GetPointCount(), c.mostNodes) << "tolerance " << c.tolerance;
     EXPECT_LE(FitError(path, c.points), c.tolerance + 1e-6);
     EXPECT_EQ(path.GetPoint(0), c.points.front());
@@ -420,28 +405,28 @@ TYPED_TEST(Editing, FittingRandomStrokesAlwaysKeepsTheTolerance) {
     const double tolerance = bits.OneIn(5) ? 0 : std::ldexp(1 + bits.Unit(), bits.Below(6) - 1);
     PolycurveT<T> path;
     ASSERT_TRUE(path.AppendFittedCurve(stroke, tolerance));
-    EXPECT_TRUE(test::IsWellFormed(Nodes(path)));
+    EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
     EXPECT_LE(FitError(path, stroke), tolerance + 1e-6) << seed;
   }
 }
 
 TYPED_TEST(Editing, CrossingsBreakThePathAndKeepItsShape) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,50 L100,50 M-10,-10 L-20,-20");
-  EXPECT_TRUE(path.BreakAtIntersections(Parse<T>("M20,0 L20,100 M60,0 L60,100 L100,0 L100,100")));
+  auto path = ParseCurve<T>("M0,50 L100,50 M-10,-10 L-20,-20");
+  EXPECT_TRUE(path.BreakAtIntersections(ParseCurve<T>("M20,0 L20,100 M60,0 L60,100 L100,0 L100,100")));
   ExpectShape(path, "M0,50 L20,50 M20,50 L60,50 M60,50 L80,50 M80,50 L100,50 M-10,-10 L-20,-20");
-  auto ring = Parse<T>("M0,0 L100,0 L100,100 L0,100 Z");
-  EXPECT_TRUE(ring.BreakAtIntersections(Parse<T>("M50,-50 L50,150")));
+  auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 L0,100 Z");
+  EXPECT_TRUE(ring.BreakAtIntersections(ParseCurve<T>("M50,-50 L50,150")));
   ExpectShape(ring, "M50,0 L100,0 L100,100 L50,100 M50,100 L0,100 L0,0 L50,0");
-  auto eight = Parse<T>("M0,0 L100,100 L100,0 L0,100 Z");
+  auto eight = ParseCurve<T>("M0,0 L100,100 L100,0 L0,100 Z");
   EXPECT_TRUE(eight.BreakAtSelfIntersections());
   ExpectShape(eight, "M50,50 L100,100 L100,0 L50,50 M50,50 L0,100 L0,0 L50,50");
-  auto loop = Parse<T>("M0,0 C300,200 -200,200 100,0");
+  auto loop = ParseCurve<T>("M0,0 C300,200 -200,200 100,0");
   const double length = loop.GetLength();
   EXPECT_TRUE(loop.BreakAtSelfIntersections());
   EXPECT_EQ(loop.GetSubpathCount(), 3u);
   EXPECT_NEAR(loop.GetLength(), length, (std::is_same_v<T, tagPOINT> ? 3 : 1e-6));
-  auto plain = Parse<T>("M0,0 L100,0 L100,100 Z M500,0 C500,50 600,50 600,0");
+  auto plain = ParseCurve<T>("M0,0 L100,0 L100,100 Z M500,0 C500,50 600,50 600,0");
   const auto before = plain;
   EXPECT_TRUE(plain.BreakAtSelfIntersections());
   EXPECT_TRUE(plain == before) << "joints of neighbours are no crossings";
@@ -449,16 +434,16 @@ TYPED_TEST(Editing, CrossingsBreakThePathAndKeepItsShape) {
 
 TYPED_TEST(Editing, SharedStretchesBreakAtTheirEnds) {
   using T = TypeParam;
-  auto inside = Parse<T>("M0,0 L128,0");
-  EXPECT_TRUE(inside.BreakAtIntersections(Parse<T>("M64,0 L32,0")));
+  auto inside = ParseCurve<T>("M0,0 L128,0");
+  EXPECT_TRUE(inside.BreakAtIntersections(ParseCurve<T>("M64,0 L32,0")));
   ExpectShape(inside, "M0,0 L32,0 M32,0 L64,0 M64,0 L128,0");
-  auto beyond = Parse<T>("M0,0 L300,100");
-  EXPECT_TRUE(beyond.BreakAtIntersections(Parse<T>("M150,50 L600,200 M0,1 L300,101")));
+  auto beyond = ParseCurve<T>("M0,0 L300,100");
+  EXPECT_TRUE(beyond.BreakAtIntersections(ParseCurve<T>("M150,50 L600,200 M0,1 L300,101")));
   ExpectShape(beyond, "M0,0 L150,50 M150,50 L300,100");
-  auto own = Parse<T>("M0,0 L128,0 M32,0 L160,0");
+  auto own = ParseCurve<T>("M0,0 L128,0 M32,0 L160,0");
   EXPECT_TRUE(own.BreakAtSelfIntersections());
   ExpectShape(own, "M0,0 L32,0 M32,0 L128,0 M32,0 L128,0 M128,0 L160,0");
-  auto straight = Parse<T>("M0,0 L50,0 L100,0");
+  auto straight = ParseCurve<T>("M0,0 L50,0 L100,0");
   const auto before = straight;
   EXPECT_TRUE(straight.BreakAtSelfIntersections());
   EXPECT_TRUE(straight == before) << "a straight joint shares no stretch";
@@ -479,14 +464,33 @@ TEST(EditingInteger, BreaksAllowForTheRoundingOfNodes) {
       {"M0,0 L1000,0", "M500,1 L800,900", "M0,0 L1000,0"},
   };
   for (const auto& c : cases) {
-    auto path = Parse<tagPOINT>(c.path);
-    EXPECT_TRUE(path.BreakAtIntersections(Parse<tagPOINT>(c.other)));
+    auto path = ParseCurve<tagPOINT>(c.path);
+    EXPECT_TRUE(path.BreakAtIntersections(ParseCurve<tagPOINT>(c.other)));
     ExpectShape(path, c.expected);
   }
 }
 
+TYPED_TEST(Editing, RepairsAreForwardedAndLeaveCopiesAlone) {
+  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L100,5 L200,5 M9,9");
+  const auto copy = path;
+  EXPECT_TRUE(path.RepairCurves({}));
+  ExpectShape(path, "M0,0 L100,0 L200,5");
+  EXPECT_EQ(copy.GetPointCount(), 5u);
+  path = ParseCurve<TypeParam>("M0,0 L100,0 L100,5 L200,5 L200,5");
+  EXPECT_TRUE(path.RemoveZeroLengthSegments());
+  ExpectShape(path, "M0,0 L100,0 L100,5 L200,5");
+  EXPECT_TRUE(path.RemoveShortSegments(6));
+  ExpectShape(path, "M0,0 L100,0 L200,5");
+  path = ParseCurve<TypeParam>("M0,0 C0,100 500,900 1000,900 C1500,900 2000,100 2000,0");
+  EXPECT_TRUE(path.RepairContinuity({}));
+  EXPECT_EQ(path.GetNodeType(3).Continuity(), ContinuityType::smooth);
+  PolycurveT<TypeParam> empty;
+  EXPECT_TRUE(empty.RepairCurves({}) && empty.RepairContinuity({}) && empty.RemoveZeroLengthSegments() &&
+              empty.RemoveShortSegments(5));
+}
+
 TYPED_TEST(Editing, SmallSubpathsGo) {
-  auto path = Parse<TypeParam>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100");
+  auto path = ParseCurve<TypeParam>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100");
   EXPECT_TRUE(path.RemoveSmallSubpaths(10));
   ExpectShape(path, "M0,0 L10,0 M0,0 L0,100");
   EXPECT_TRUE(path.HasNodeCloseToCurve(TypeParam{3, 104}, 5));

@@ -6,10 +6,9 @@
 #include <cmath>
 #include <vector>
 
-#include "lumo/polycurve.h"
-#include "support/generators.h"
+#include "support/curves.h"
 #include "support/oracles.h"
-#include "support/path_builder.h"
+#include "support/point_types.h"
 #include "tav/math/rect.h"
 
 namespace {
@@ -17,21 +16,14 @@ namespace {
 using Lumo::ClosestPoint;
 using Lumo::CurvePosition;
 using TavMath::DPoint;
+using test::AsDouble;
 
-template <class T>
-class Measure : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Measure, PointTypes);
+LUMO_TYPED_SUITE(Measure);
 
 template <class T>
 test::Path<T> RandomPath(std::uint64_t seed, test::PathOptions options = {}) {
   test::Bits bits(seed);
   return test::RandomPath<T>(bits, options);
-}
-
-template <class T>
-DPoint AsDouble(const T& p) {
-  return {static_cast<double>(p.x), static_cast<double>(p.y)};
 }
 
 TavMath::BoundsT<double> Bounds(const tagRECT& r) {
@@ -177,66 +169,56 @@ TEST(MeasureInteger, PolygonTestIsExactAtTheEndsOfTheRange) {
   }
 }
 
+/// Compares the shape test, for the path and queries moved by (dx, dy), with the parity of the flattened path
+/// where it stood; queries nearer to the outline than `margin` are left out. Counts what is outside and
+/// inside.
+template <class T>
+void CompareShapeTest(test::Path<T> path, const test::PathOptions& options, std::uint64_t seed,
+                      int levelWithNode, double dx, double dy, double margin, int counts[2]) {
+  const auto lines = test::Flatten(path, 300);
+  const auto moved = [dx, dy](const T& p) { return test::MakePoint<T>(p.x + dx, p.y + dy); };
+  const std::vector<T> before = path.points;
+  for (T& p : path.points) p = moved(p);
+  test::Bits bits(seed);
+  for (int k = 0; k < 50; ++k) {
+    T query = test::RandomPoint<T>(bits, options);
+    if (k % levelWithNode == 0) query.y = before[static_cast<std::size_t>(bits.Below(path.count()))].y;
+    const DPoint q = AsDouble(query);
+    if (test::DistanceTo(lines, q, true) < margin) continue;
+    int crossings = 0;
+    for (const auto& line : lines) crossings += test::WindingNumber({line}, q);
+    const bool expected = crossings % 2 != 0;
+    ++counts[expected];
+    EXPECT_EQ(Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), moved(query)),
+              expected)
+        << testing::PrintToString(path) << " seed " << seed << " at " << q.x << ", " << q.y;
+  }
+}
+
 TYPED_TEST(Measure, ShapeTestAgreesWithTheParityOfTheFlattenedPath) {
-  using T = TypeParam;
-  int inside = 0;
+  int counts[2] = {};
   for (std::uint64_t seed = 0; seed < 120; ++seed) {
     test::PathOptions options;
     if (seed % 4 == 0) options.maxSubpaths = 60;
-    const auto path = RandomPath<T>(seed, options);
-    const auto lines = test::Flatten(path, 300);
-    const std::vector<T> before = path.points;
-    test::Bits bits(seed + 1000);
-    for (int k = 0; k < 50; ++k) {
-      T query = test::RandomPoint<T>(bits, options);
-      if (k % 5 == 0)
-        query.y = before[static_cast<std::size_t>(bits.Below(path.count()))].y;  // level with a node
-      const DPoint q = AsDouble(query);
-      if (test::DistanceTo(lines, q, true) < 0.5) continue;
-      int crossings = 0;
-      for (const auto& line : lines) crossings += test::WindingNumber({line}, q);
-      const bool expected = crossings % 2 != 0;
-      inside += expected;
-      EXPECT_EQ(Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), query), expected)
-          << testing::PrintToString(path) << " at " << q.x << ", " << q.y;
-    }
+    CompareShapeTest(RandomPath<TypeParam>(seed, options), options, seed + 1000, 5, 0, 0, 0.5, counts);
   }
-  EXPECT_GT(inside, 500);
+  EXPECT_GT(counts[1], 500);
 }
 
 // Moved to a corner of the 32-bit plane a path keeps its shape to the bit, so the answers must be those of
 // the path about the origin. Long paths, so that subpaths and curves lie across the steps of the scan.
 TYPED_TEST(Measure, ShapeTestAtTheEndsOfThePlaneIsThatOfTheSamePathAtTheOrigin) {
-  using T = TypeParam;
   test::PathOptions options;
   options.range = 500;
   options.whole = true;
-  int inside = 0, outside = 0;
+  int counts[2] = {};
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     options.maxSubpaths = seed % 2 == 0 ? 3 : 40;
-    auto path = RandomPath<T>(seed, options);
-    const auto lines = test::Flatten(path, 300);
     const double corner = 2147483647.0 - 3 * options.range;  // a handle may lie three ranges out
-    const double dx = seed % 4 < 2 ? corner : -corner, dy = seed % 3 < 2 ? corner : -corner;
-    const auto moved = [dx, dy](const T& p) { return test::MakePoint<T>(p.x + dx, p.y + dy); };
-    const std::vector<T> before = path.points;
-    for (T& p : path.points) p = moved(p);
-    test::Bits bits(seed + 2000);
-    for (int k = 0; k < 40; ++k) {
-      T query = test::RandomPoint<T>(bits, options);
-      if (k % 2 == 0) query.y = before[static_cast<std::size_t>(bits.Below(path.count()))].y;
-      const DPoint q = AsDouble(query);
-      if (test::DistanceTo(lines, q, true) < 0.05) continue;
-      int crossings = 0;
-      for (const auto& line : lines) crossings += test::WindingNumber({line}, q);
-      const bool expected = crossings % 2 != 0;
-      ++(expected ? inside : outside);
-      EXPECT_EQ(Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), moved(query)),
-                expected)
-          << testing::PrintToString(path) << " seed " << seed << " at " << q.x << ", " << q.y;
-    }
+    CompareShapeTest(RandomPath<TypeParam>(seed, options), options, seed + 2000, 2,
+                     seed % 4 < 2 ? corner : -corner, seed % 3 < 2 ? corner : -corner, 0.05, counts);
   }
-  EXPECT_GT(std::min(inside, outside), 500);
+  EXPECT_GT(std::min(counts[0], counts[1]), 500);
 }
 
 TYPED_TEST(Measure, APointOnTheOutlineIsInTheShape) {
@@ -287,8 +269,7 @@ TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
       const CurvePosition at = result.position;
       ASSERT_TRUE(at.lastNode - at.firstNode == 1 || at.lastNode - at.firstNode == 3);
       T point{};
-      Lumo::PolycurveT<T> holder(path.points.data(), path.types.data(), path.points.size());
-      ASSERT_TRUE(holder.GetPointAt(at, point));
+      ASSERT_TRUE(test::ToCurve(path).GetPointAt(at, point));
       EXPECT_NEAR(point.x, result.point.x, 1e-6);
       EXPECT_NEAR(point.y, result.point.y, 1e-6);
     }

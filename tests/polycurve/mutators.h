@@ -9,7 +9,14 @@
 #include "lumo/polycurve.h"
 #include "lumo/repair.h"
 #include "lumo/shapes.h"
-#include "support/generators.h"
+#include "support/curves.h"
+
+/// A member by its name, and a call of it on the path `p` with arguments from `b`.
+#define LUMO_MUTATOR(keepsForm, name, ...) \
+  list.push_back(                          \
+      {#name, keepsForm, [](Path& p, [[maybe_unused]] Bits& b) { return static_cast<bool>(__VA_ARGS__); }})
+#define LUMO_WRITER(name, ...) LUMO_MUTATOR(false, name, __VA_ARGS__)
+#define LUMO_EDITOR(name, ...) LUMO_MUTATOR(true, name, __VA_ARGS__)
 
 namespace test {
 
@@ -46,13 +53,21 @@ class MutatorList {
   static std::size_t Index(const Path& p, Bits& bits) {
     return static_cast<std::size_t>(bits.Below(static_cast<int>(p.GetPointCount()) + 2));
   }
-  static Path Other(Bits& bits) {
-    const auto path = RandomPath<T>(bits);
-    return {path.points.data(), path.types.data(), path.points.size()};
-  }
+  static Path Other(Bits& bits) { return ToCurve(RandomPath<T>(bits)); }
   static double Size(Bits& bits) {
     return bits.OneIn(4) ? 0 : std::ldexp(1 + bits.Unit(), bits.Below(10) - 1);
   }
+  /// Where a segment may begin: at the end of the path, or anywhere.
+  static T Start(const Path& p, Bits& bits) {
+    return bits.OneIn(2) ? p.GetPoint(p.GetPointCount() - 1) : Point(bits);
+  }
+  static std::vector<T> Row(Bits& bits) {
+    std::vector<T> row;
+    for (int k = bits.Below(20); k >= 0; --k) row.push_back(Point(bits));
+    return row;
+  }
+  /// Whether a line has an open subpath to run on in.
+  static bool IsOpen(const Path& p) { return !p.IsEmpty() && !p.IsLastSubpathClosed(); }
   static MATRIX Map(Bits& bits) {
     return {bits.Unit() * 2 - 1, bits.Unit(),      -bits.Unit(),
             bits.Unit() * 2 - 1, bits.Unit() * 10, bits.Unit() * 10};
@@ -67,135 +82,89 @@ class MutatorList {
   }
 
   static void AddWriters(List& list) {
-    list.push_back({"SetPoint", false, [](Path& p, Bits& b) { return p.SetPoint(Index(p, b), Point(b)); }});
-    list.push_back({"SetNodeType", false, [](Path& p, Bits& b) {
-                      return p.SetNodeType(Index(p, b), static_cast<unsigned char>(b()));
-                    }});
-    list.push_back({"SetPoints", true, [](Path& p, Bits& b) { return p.SetPoints(Other(b)); }});
-    list.push_back(
-        {"SetNodeClosed", false, [](Path& p, Bits& b) { return p.SetNodeClosed(Index(p, b), b.OneIn(2)); }});
-    list.push_back(
-        {"SetUserNode", false, [](Path& p, Bits& b) { return p.SetUserNode(Index(p, b), b.OneIn(2)); }});
-    list.push_back({"Clear", true, [](Path& p, Bits&) { return p.Clear(); }});
-    list.push_back({"Reserve", true, [](Path& p, Bits&) { return p.Reserve(100); }});
-    list.push_back({"GetBuffer", false, [](Path& p, Bits& b) { return p.GetBuffer(Index(p, b)).count > 0; }});
-    list.push_back({"GetBufferSetCount", false,
-                    [](Path& p, Bits& b) { return p.GetBufferSetCount(Index(p, b)).count > 0; }});
-    list.push_back({"ReleaseBuffer", false, [](Path& p, Bits& b) { return p.ReleaseBuffer(Index(p, b)); }});
-    list.push_back(
-        {"PushBack", false, [](Path& p, Bits& b) { return p.PushBack(Point(b), NODETYPE(0x44)); }});
-    list.push_back({"ReplacePoints", false,
-                    [](Path& p, Bits& b) { return p.ReplacePoints(Index(p, b), Index(p, b), Other(b)); }});
-    list.push_back(
-        {"InsertPoints", false, [](Path& p, Bits& b) { return p.InsertPoints(Index(p, b), p, 0, 2); }});
-    list.push_back({"DeletePoints", false, [](Path& p, Bits& b) { return p.DeletePoints(Index(p, b), 2); }});
-    list.push_back({"Truncate", false, [](Path& p, Bits& b) { return p.Truncate(Index(p, b)); }});
-    list.push_back(
-        {"EnsureDataOwnership", true, [](Path& p, Bits&) { return p.EnsureDataOwnership(), true; }});
+    LUMO_WRITER(SetPoint, p.SetPoint(Index(p, b), Point(b)));
+    LUMO_WRITER(SetNodeType, p.SetNodeType(Index(p, b), static_cast<unsigned char>(b())));
+    LUMO_EDITOR(SetPoints, p.SetPoints(Other(b)));
+    LUMO_WRITER(SetNodeClosed, p.SetNodeClosed(Index(p, b), b.OneIn(2)));
+    LUMO_WRITER(SetUserNode, p.SetUserNode(Index(p, b), b.OneIn(2)));
+    LUMO_EDITOR(Clear, p.Clear());
+    LUMO_EDITOR(Reserve, p.Reserve(100));
+    LUMO_WRITER(GetBuffer, p.GetBuffer(Index(p, b)).count > 0);
+    LUMO_WRITER(GetBufferSetCount, p.GetBufferSetCount(Index(p, b)).count > 0);
+    LUMO_WRITER(ReleaseBuffer, p.ReleaseBuffer(Index(p, b)));
+    LUMO_WRITER(PushBack, p.PushBack(Point(b), NODETYPE(0x44)));
+    LUMO_WRITER(ReplacePoints, p.ReplacePoints(Index(p, b), Index(p, b), Other(b)));
+    LUMO_WRITER(InsertPoints, p.InsertPoints(Index(p, b), p, 0, 2));
+    LUMO_WRITER(DeletePoints, p.DeletePoints(Index(p, b), 2));
+    LUMO_WRITER(Truncate, p.Truncate(Index(p, b)));
+    LUMO_EDITOR(EnsureDataOwnership, (p.EnsureDataOwnership(), true));
     list.push_back({"Swap", true, [](Path& p, Bits& b) {
                       Path other = Other(b);
                       return p.Swap(other), true;
                     }});
-    list.push_back({"operator=", true, [](Path& p, Bits& b) { return p = Other(b), true; }});
+    LUMO_EDITOR(operator=, (p = Other(b), true));
   }
 
   static void AddFlagSetters(List& list) {
-    list.push_back({"SetLetter", true, [](Path& p, Bits& b) { return p.SetLetter(0, b.OneIn(2)); }});
-    list.push_back({"ClearLetterFlags", true, [](Path& p, Bits&) { return p.ClearLetterFlags(); }});
-    list.push_back({"ClearUserFlagOnArcs", true, [](Path& p, Bits&) { return p.ClearUserFlagOnArcs(); }});
-    list.push_back(
-        {"SetEnabled", true, [](Path& p, Bits& b) { return p.SetEnabled(Index(p, b), b.OneIn(2)); }});
+    LUMO_EDITOR(SetLetter, p.SetLetter(0, b.OneIn(2)));
+    LUMO_EDITOR(ClearLetterFlags, p.ClearLetterFlags());
+    LUMO_EDITOR(ClearUserFlagOnArcs, p.ClearUserFlagOnArcs());
+    LUMO_EDITOR(SetEnabled, p.SetEnabled(Index(p, b), b.OneIn(2)));
     list.push_back({"SetCont", true, [](Path& p, Bits& b) {
                       const std::size_t i = Index(p, b);
                       return !p.GetNodeType(i).IsControl() &&
                              p.SetCont(i, static_cast<ContinuityType>(b.Below(3)));
                     }});
-    list.push_back({"EnableAllNodes", true, [](Path& p, Bits&) { return p.EnableAllNodes(); }});
-    list.push_back({"DisableAllNodes", true, [](Path& p, Bits&) { return p.DisableAllNodes(); }});
-    list.push_back({"EnableAllControls", true, [](Path& p, Bits&) { return p.EnableAllControls(); }});
-    list.push_back(
-        {"EnableOneControl", true, [](Path& p, Bits& b) { return p.EnableOneControl(Index(p, b)); }});
-    list.push_back(
-        {"EnableSubpath", true, [](Path& p, Bits& b) { return p.EnableSubpath(Index(p, b), b.OneIn(2)); }});
-    list.push_back({"EnableFirstAndLastInClosedSubpaths", true,
-                    [](Path& p, Bits&) { return p.EnableFirstAndLastInClosedSubpaths(); }});
+    LUMO_EDITOR(EnableAllNodes, p.EnableAllNodes());
+    LUMO_EDITOR(DisableAllNodes, p.DisableAllNodes());
+    LUMO_EDITOR(EnableAllControls, p.EnableAllControls());
+    LUMO_EDITOR(EnableOneControl, p.EnableOneControl(Index(p, b)));
+    LUMO_EDITOR(EnableSubpath, p.EnableSubpath(Index(p, b), b.OneIn(2)));
+    LUMO_EDITOR(EnableFirstAndLastInClosedSubpaths, p.EnableFirstAndLastInClosedSubpaths());
   }
 
   static void AddAppenders(List& list) {
-    list.push_back({"MoveTo", true, [](Path& p, Bits& b) { return p.MoveTo(Point(b)); }});
-    // A line needs an open subpath to run on in.
-    list.push_back({"LineTo", true, [](Path& p, Bits& b) {
-                      return !p.IsEmpty() && !p.IsLastSubpathClosed() && p.LineTo(Point(b), b.OneIn(2));
-                    }});
-    list.push_back({"CubicTo", true, [](Path& p, Bits& b) {
-                      return !p.IsEmpty() && !p.IsLastSubpathClosed() &&
-                             p.CubicTo(Point(b), Point(b), Point(b));
-                    }});
-    list.push_back({"CircularArcTo", true, [](Path& p, Bits& b) {
-                      if (p.IsLastSubpathClosed()) return false;
-                      return b.OneIn(2) ? p.CircularArcTo(Point(b), Point(b))
-                                        : p.CircularArcTo(Point(b), 8 * b.Unit());
-                    }});
-    list.push_back({"AppendLineWithJoin", true, [](Path& p, Bits& b) {
-                      const T start = b.OneIn(2) ? p.GetPoint(p.GetPointCount() - 1) : Point(b);
-                      return p.AppendLineWithJoin(start, Point(b));
-                    }});
-    list.push_back({"AppendBezierWithJoin", true, [](Path& p, Bits& b) {
-                      const T start = b.OneIn(2) ? p.GetPoint(p.GetPointCount() - 1) : Point(b);
-                      return p.AppendBezierWithJoin(start, Point(b), Point(b), Point(b));
-                    }});
-    list.push_back({"AppendWithJoin", true, [](Path& p, Bits& b) { return p.AppendWithJoin(Other(b)); }});
-    list.push_back({"AppendFittedCurve", true, [](Path& p, Bits& b) {
-                      std::vector<T> row;
-                      for (int k = b.Below(20); k >= 0; --k) row.push_back(Point(b));
-                      return p.AppendFittedCurve(row, Size(b));
-                    }});
-    list.push_back({"operator+=", true,
-                    [](Path& p, Bits& b) { return b.OneIn(2) ? (p += Other(b), true) : (p += p, true); }});
+    LUMO_EDITOR(MoveTo, p.MoveTo(Point(b)));
+    LUMO_EDITOR(LineTo, IsOpen(p) && p.LineTo(Point(b), b.OneIn(2)));
+    LUMO_EDITOR(CubicTo, IsOpen(p) && p.CubicTo(Point(b), Point(b), Point(b)));
+    LUMO_EDITOR(CircularArcTo,
+                !p.IsLastSubpathClosed() && (b.OneIn(2) ? p.CircularArcTo(Point(b), Point(b))
+                                                        : p.CircularArcTo(Point(b), 8 * b.Unit())));
+    LUMO_EDITOR(AppendLineWithJoin, p.AppendLineWithJoin(Start(p, b), Point(b)));
+    LUMO_EDITOR(AppendBezierWithJoin, p.AppendBezierWithJoin(Start(p, b), Point(b), Point(b), Point(b)));
+    LUMO_EDITOR(AppendWithJoin, p.AppendWithJoin(Other(b)));
+    LUMO_EDITOR(AppendFittedCurve, p.AppendFittedCurve(Row(b), Size(b)));
+    LUMO_EDITOR(operator+=, (b.OneIn(2) ? p += Other(b) : p += p, true));
   }
 
   static void AddTransforms(List& list) {
-    list.push_back({"Reverse", true, [](Path& p, Bits&) { return p.Reverse(); }});
-    list.push_back({"TransformPoints", true, [](Path& p, Bits& b) { return p.TransformPoints(Map(b)); }});
-    list.push_back({"UnTransformPoints", true, [](Path& p, Bits& b) { return p.UnTransformPoints(Map(b)); }});
-    list.push_back({"TranslatePoints", true, [](Path& p, Bits& b) { return p.TranslatePoints(Offset(b)); }});
-    list.push_back({"TransformToFit", true, [](Path& p, Bits& b) { return p.TransformToFit(Box(b)); }});
-    list.push_back({"operator*=", true, [](Path& p, Bits& b) { return p *= Map(b), true; }});
-    list.push_back({"operator/=", true, [](Path& p, Bits& b) { return p /= Map(b), true; }});
-    list.push_back({"AlignEnabledNodes", true, [](Path& p, Bits& b) {
-                      return p.AlignEnabledNodes(static_cast<Lumo::NodeEdge>(b.Below(6)));
-                    }});
-    list.push_back({"AlignEnabledNodesToPosition", true, [](Path& p, Bits& b) {
-                      return p.AlignEnabledNodesToPosition(Point(b), b.OneIn(2), b.OneIn(2));
-                    }});
-    list.push_back({"AlignSingleNodeToPosition", true,
-                    [](Path& p, Bits& b) { return p.AlignSingleNodeToPosition(Index(p, b), Point(b)); }});
-    list.push_back({"AlignSingleNodeToPixel", true,
-                    [](Path& p, Bits& b) { return p.AlignSingleNodeToPixel(Index(p, b), Size(b)); }});
-    list.push_back({"AlignFirstNodeToPixelEdge", true,
-                    [](Path& p, Bits& b) { return p.AlignFirstNodeToPixelEdge(Size(b)); }});
-    list.push_back({"AlignLastNodeToPixelEdge", true,
-                    [](Path& p, Bits& b) { return p.AlignLastNodeToPixelEdge(Size(b)); }});
+    LUMO_EDITOR(Reverse, p.Reverse());
+    LUMO_EDITOR(TransformPoints, p.TransformPoints(Map(b)));
+    LUMO_EDITOR(UnTransformPoints, p.UnTransformPoints(Map(b)));
+    LUMO_EDITOR(TranslatePoints, p.TranslatePoints(Offset(b)));
+    LUMO_EDITOR(TransformToFit, p.TransformToFit(Box(b)));
+    LUMO_EDITOR(operator*=, (p *= Map(b), true));
+    LUMO_EDITOR(operator/=, (p /= Map(b), true));
+    LUMO_EDITOR(AlignEnabledNodes, p.AlignEnabledNodes(static_cast<Lumo::NodeEdge>(b.Below(6))));
+    LUMO_EDITOR(AlignEnabledNodesToPosition, p.AlignEnabledNodesToPosition(Point(b), b.OneIn(2), b.OneIn(2)));
+    LUMO_EDITOR(AlignSingleNodeToPosition, p.AlignSingleNodeToPosition(Index(p, b), Point(b)));
+    LUMO_EDITOR(AlignSingleNodeToPixel, p.AlignSingleNodeToPixel(Index(p, b), Size(b)));
+    LUMO_EDITOR(AlignFirstNodeToPixelEdge, p.AlignFirstNodeToPixelEdge(Size(b)));
+    LUMO_EDITOR(AlignLastNodeToPixelEdge, p.AlignLastNodeToPixelEdge(Size(b)));
   }
 
   static void AddJoins(List& list) {
-    list.push_back({"Join", true, [](Path& p, Bits& b) { return p.Join(Index(p, b), Index(p, b)); }});
-    list.push_back({"JoinEnabled", true, [](Path& p, Bits&) { return p.JoinEnabled(); }});
-    list.push_back({"JoinEnabledAddingLineSegments", true,
-                    [](Path& p, Bits&) { return p.JoinEnabledAddingLineSegments(); }});
-    list.push_back(
-        {"JoinEnabledAddingCurves", true, [](Path& p, Bits&) { return p.JoinEnabledAddingCurves(); }});
-    list.push_back(
-        {"JoinTouchingSubpaths", true, [](Path& p, Bits& b) { return p.JoinTouchingSubpaths(Size(b)); }});
-    list.push_back({"JoinEndpoints", true, [](Path& p, Bits&) { return p.JoinEndpoints(); }});
-    list.push_back({"JoinClosestPairsAddingLineSegments", true,
-                    [](Path& p, Bits&) { return p.JoinClosestPairsAddingLineSegments(); }});
-    list.push_back({"CloseSubpath", true, [](Path& p, Bits& b) { return p.CloseSubpath(Index(p, b)); }});
-    list.push_back(
-        {"CloseLastSubpath", true, [](Path& p, Bits& b) { return p.CloseLastSubpath(Size(b), b.OneIn(2)); }});
-    list.push_back({"CloseLastSubpathWithOptionalLine", true,
-                    [](Path& p, Bits&) { return p.CloseLastSubpathWithOptionalLine(); }});
-    list.push_back({"CloseOpenSubpaths", true, [](Path& p, Bits&) { return p.CloseOpenSubpaths(); }});
+    LUMO_EDITOR(Join, p.Join(Index(p, b), Index(p, b)));
+    LUMO_EDITOR(JoinEnabled, p.JoinEnabled());
+    LUMO_EDITOR(JoinEnabledAddingLineSegments, p.JoinEnabledAddingLineSegments());
+    LUMO_EDITOR(JoinEnabledAddingCurves, p.JoinEnabledAddingCurves());
+    LUMO_EDITOR(JoinTouchingSubpaths, p.JoinTouchingSubpaths(Size(b)));
+    LUMO_EDITOR(JoinEndpoints, p.JoinEndpoints());
+    LUMO_EDITOR(JoinClosestPairsAddingLineSegments, p.JoinClosestPairsAddingLineSegments());
+    LUMO_EDITOR(CloseSubpath, p.CloseSubpath(Index(p, b)));
+    LUMO_EDITOR(CloseLastSubpath, p.CloseLastSubpath(Size(b), b.OneIn(2)));
+    LUMO_EDITOR(CloseLastSubpathWithOptionalLine, p.CloseLastSubpathWithOptionalLine());
+    LUMO_EDITOR(CloseOpenSubpaths, p.CloseOpenSubpaths());
   }
 
   static void AddBreaks(List& list) {
@@ -203,65 +172,49 @@ class MutatorList {
                       const auto at = p.GetPositionAtRelativeLength(b.Unit());
                       return at && p.BreakAt(*at);
                     }});
-    list.push_back(
-        {"BreakAtLength", true, [](Path& p, Bits& b) { return p.BreakAtLength(3000 * b.Unit()); }});
-    list.push_back({"BreakEnabled", true, [](Path& p, Bits& b) { return p.BreakEnabled(b.OneIn(2)); }});
-    list.push_back(
-        {"BreakAtIntersections", true, [](Path& p, Bits& b) { return p.BreakAtIntersections(Other(b)); }});
-    list.push_back(
-        {"BreakAtSelfIntersections", true, [](Path& p, Bits&) { return p.BreakAtSelfIntersections(); }});
-    list.push_back({"DeleteNode", true, [](Path& p, Bits& b) { return p.DeleteNode(Index(p, b)); }});
-    list.push_back({"DeleteSegment", true, [](Path& p, Bits& b) { return p.DeleteSegment(Index(p, b)); }});
-    list.push_back({"DeleteSubpath", true,
-                    [](Path& p, Bits& b) { return p.DeleteSubpath(static_cast<std::size_t>(b.Below(5))); }});
-    list.push_back({"DeleteEnabled", true, [](Path& p, Bits&) { return p.DeleteEnabled(); }});
-    list.push_back({"DeleteSelectedChords", true, [](Path& p, Bits&) { return p.DeleteSelectedChords(); }});
-    list.push_back(
-        {"DeleteUnselectedChords", true, [](Path& p, Bits&) { return p.DeleteUnselectedChords(); }});
-    list.push_back({"ConvertToLine", true, [](Path& p, Bits& b) {
-                      return b.OneIn(2) ? p.ConvertToLine() : p.ConvertToLine(Index(p, b));
-                    }});
-    list.push_back({"ConvertToCurve", true, [](Path& p, Bits& b) {
-                      return b.OneIn(2) ? p.ConvertToCurve() : p.ConvertToCurve(Index(p, b));
-                    }});
-    list.push_back(
-        {"ReverseEnabledSubpaths", true, [](Path& p, Bits&) { return p.ReverseEnabledSubpaths(); }});
-    list.push_back({"SpinSubpath", true, [](Path& p, Bits& b) { return p.SpinSubpath(Index(p, b)); }});
-    list.push_back({"SetPathStartAt", true, [](Path& p, Bits& b) { return p.SetPathStartAt(Index(p, b)); }});
-    list.push_back({"Extend", true, [](Path& p, Bits& b) { return p.Extend(Size(b)); }});
-    list.push_back({"ExtendForward", true, [](Path& p, Bits& b) { return p.ExtendForward(Size(b)); }});
-    list.push_back({"ExtendBackward", true, [](Path& p, Bits& b) { return p.ExtendBackward(Size(b)); }});
-    list.push_back({"MergeLines", true, [](Path& p, Bits& b) { return p.MergeLines(Size(b)); }});
-    list.push_back({"DivideEqually", true,
-                    [](Path& p, Bits& b) { return p.DivideEqually(static_cast<std::size_t>(b.Below(12))); }});
-    list.push_back({"RepairNodeTypes", true, [](Path& p, Bits&) { return p.RepairNodeTypes(); }});
-    list.push_back(
-        {"ScrubDanglingMoves", true, [](Path& p, Bits& b) { return p.ScrubDanglingMoves(b.OneIn(2)); }});
-    list.push_back(
-        {"RemoveSmallSubpaths", true, [](Path& p, Bits& b) { return p.RemoveSmallSubpaths(Size(b)); }});
-    list.push_back({"RepairCurves", true, [](Path& p, Bits&) { return p.RepairCurves({}); }});
-    list.push_back({"RepairContinuity", true, [](Path& p, Bits&) { return p.RepairContinuity({}); }});
-    list.push_back(
-        {"RemoveZeroLengthSegments", true, [](Path& p, Bits&) { return p.RemoveZeroLengthSegments(); }});
-    list.push_back(
-        {"RemoveShortSegments", true, [](Path& p, Bits& b) { return p.RemoveShortSegments(Size(b)); }});
+    LUMO_EDITOR(BreakAtLength, p.BreakAtLength(3000 * b.Unit()));
+    LUMO_EDITOR(BreakEnabled, p.BreakEnabled(b.OneIn(2)));
+    LUMO_EDITOR(BreakAtIntersections, p.BreakAtIntersections(Other(b)));
+    LUMO_EDITOR(BreakAtSelfIntersections, p.BreakAtSelfIntersections());
+    LUMO_EDITOR(DeleteNode, p.DeleteNode(Index(p, b)));
+    LUMO_EDITOR(DeleteSegment, p.DeleteSegment(Index(p, b)));
+    LUMO_EDITOR(DeleteSubpath, p.DeleteSubpath(static_cast<std::size_t>(b.Below(5))));
+    LUMO_EDITOR(DeleteEnabled, p.DeleteEnabled());
+    LUMO_EDITOR(DeleteSelectedChords, p.DeleteSelectedChords());
+    LUMO_EDITOR(DeleteUnselectedChords, p.DeleteUnselectedChords());
+    LUMO_EDITOR(ConvertToLine, b.OneIn(2) ? p.ConvertToLine() : p.ConvertToLine(Index(p, b)));
+    LUMO_EDITOR(ConvertToCurve, b.OneIn(2) ? p.ConvertToCurve() : p.ConvertToCurve(Index(p, b)));
+    LUMO_EDITOR(ReverseEnabledSubpaths, p.ReverseEnabledSubpaths());
+    LUMO_EDITOR(SpinSubpath, p.SpinSubpath(Index(p, b)));
+    LUMO_EDITOR(SetPathStartAt, p.SetPathStartAt(Index(p, b)));
+    LUMO_EDITOR(Extend, p.Extend(Size(b)));
+    LUMO_EDITOR(ExtendForward, p.ExtendForward(Size(b)));
+    LUMO_EDITOR(ExtendBackward, p.ExtendBackward(Size(b)));
+    LUMO_EDITOR(MergeLines, p.MergeLines(Size(b)));
+    LUMO_EDITOR(DivideEqually, p.DivideEqually(static_cast<std::size_t>(b.Below(12))));
+    LUMO_EDITOR(RepairNodeTypes, p.RepairNodeTypes());
+    LUMO_EDITOR(ScrubDanglingMoves, p.ScrubDanglingMoves(b.OneIn(2)));
+    LUMO_EDITOR(RemoveSmallSubpaths, p.RemoveSmallSubpaths(Size(b)));
+    LUMO_EDITOR(RepairCurves, p.RepairCurves({}));
+    LUMO_EDITOR(RepairContinuity, p.RepairContinuity({}));
+    LUMO_EDITOR(RemoveZeroLengthSegments, p.RemoveZeroLengthSegments());
+    LUMO_EDITOR(RemoveShortSegments, p.RemoveShortSegments(Size(b)));
   }
 
   static void AddShapes(List& list) {
-    list.push_back({"CreateLineSubpath", true,
-                    [](Path& p, Bits& b) { return p.CreateLineSubpath(Point(b), Point(b)); }});
-    list.push_back({"CreateEllipseSubpath", true, [](Path& p, Bits& b) {
-                      return p.CreateEllipseSubpath(Point(b), 100 * b.Unit(), 100, 6 * b.Unit(), 6 * b.Unit(),
-                                                    b.OneIn(2));
-                    }});
-    list.push_back(
-        {"CreateCircleSubpath", true, [](Path& p, Bits& b) { return p.CreateCircleSubpath(Point(b), 50); }});
-    list.push_back({"CreateRectangleSubpath", true, [](Path& p, Bits& b) {
-                      if (b.OneIn(2)) return p.CreateRectangleSubpath(Box(b));
-                      return p.CreateRectangleSubpath(100, 50, 10,
-                                                      static_cast<Lumo::RectangleCorner>(b.Below(3)), false);
-                    }});
+    LUMO_EDITOR(CreateLineSubpath, p.CreateLineSubpath(Point(b), Point(b)));
+    LUMO_EDITOR(CreateEllipseSubpath, p.CreateEllipseSubpath(Point(b), 100 * b.Unit(), 100, 6 * b.Unit(),
+                                                             6 * b.Unit(), b.OneIn(2)));
+    LUMO_EDITOR(CreateCircleSubpath, p.CreateCircleSubpath(Point(b), 50));
+    LUMO_EDITOR(CreateRectangleSubpath,
+                b.OneIn(2) ? p.CreateRectangleSubpath(Box(b))
+                           : p.CreateRectangleSubpath(100, 50, 10,
+                                                      static_cast<Lumo::RectangleCorner>(b.Below(3)), false));
   }
 };
 
 }  // namespace test
+
+#undef LUMO_MUTATOR
+#undef LUMO_WRITER
+#undef LUMO_EDITOR

@@ -10,25 +10,14 @@
 
 #include "polycurve/mutators.h"
 #include "support/oracles.h"
+#include "support/point_types.h"
 
 namespace {
 
 using Lumo::PolycurveRefT;
 using Lumo::PolycurveT;
-using TavMath::DPoint;
 
-template <class T>
-class Mutators : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Mutators, PointTypes);
-
-template <class T>
-test::Path<T> Nodes(const PolycurveT<T>& path) {
-  test::Path<T> nodes;
-  for (std::size_t i = 0; i < path.GetPointCount(); ++i)
-    nodes.Add(path.GetNodeTypes()[i], path.GetPoints()[i]);
-  return nodes;
-}
+LUMO_TYPED_SUITE(Mutators);
 
 /// The names of the writing members, read from the public header.
 std::set<std::string> WritersInHeader() {
@@ -63,8 +52,8 @@ TYPED_TEST(Mutators, NeverWriteStorageThatOthersSee) {
     for (std::uint64_t seed = 0; seed < 40; ++seed) {
       test::Bits bits(seed);
       const auto nodes = seed % 8 == 7 ? test::RandomMalformedPath<T>(bits, 12) : test::RandomPath<T>(bits);
-      const PolycurveT<T> original(nodes.points.data(), nodes.types.data(), nodes.points.size());
-      PolycurveT<T> copy = original, own(nodes.points.data(), nodes.types.data(), nodes.points.size());
+      const PolycurveT<T> original = test::ToCurve(nodes);
+      PolycurveT<T> copy = original, own = test::ToCurve(nodes);
       PolycurveRefT<T> reference(nodes.points.data(), nodes.types.data(), nodes.points.size());
       const test::Path<T> before = nodes;
       test::Bits first(seed), second(seed), third(seed);
@@ -72,7 +61,7 @@ TYPED_TEST(Mutators, NeverWriteStorageThatOthersSee) {
       EXPECT_EQ(mutator.run(reference, second), done)
           << mutator.name << " over a caller's arrays, seed " << seed;
       EXPECT_EQ(mutator.run(own, third), done) << mutator.name << " on storage of its own, seed " << seed;
-      EXPECT_TRUE(Nodes(original) == before) << mutator.name << " wrote through a copy, seed " << seed;
+      EXPECT_TRUE(test::ToPath(original) == before) << mutator.name << " wrote through a copy, seed " << seed;
       EXPECT_TRUE(nodes == before) << mutator.name << " wrote the caller's arrays, seed " << seed;
       EXPECT_TRUE(copy == own) << mutator.name << " depends on sharing, seed " << seed;
       EXPECT_TRUE(reference == own) << mutator.name << " depends on whose arrays they are, seed " << seed;
@@ -92,15 +81,14 @@ TYPED_TEST(Mutators, RandomScriptsKeepThePathWellFormed) {
   std::vector<int> succeeded(mutators.size());
   for (std::uint64_t seed = 0; seed < 300; ++seed) {
     test::Bits bits(seed);
-    const auto start = test::RandomPath<T>(bits);
-    PolycurveT<T> path(start.points.data(), start.types.data(), start.points.size());
+    PolycurveT<T> path = test::ToCurve(test::RandomPath<T>(bits));
     std::string script;
     for (int step = 0; step < 30; ++step) {
       const auto k = static_cast<std::size_t>(bits.Below(static_cast<int>(mutators.size())));
-      const auto before = Nodes(path);
+      const auto before = test::ToPath(path);
       succeeded[k] += mutators[k].run(path, bits);
       script += mutators[k].name + " ";
-      const auto after = Nodes(path);
+      const auto after = test::ToPath(path);
       ASSERT_TRUE(test::IsWellFormed(after))
           << "seed " << seed << ": " << script << "\nfrom " << testing::PrintToString(before);
       if (path.GetPointCount() > 400) path.Truncate(0);
@@ -118,8 +106,7 @@ TYPED_TEST(Mutators, MalformedPathsAreHandledWithoutHarm) {
   const auto mutators = test::MutatorList<T>::All();
   for (std::uint64_t seed = 0; seed < 400; ++seed) {
     test::Bits bits(seed);
-    const auto nodes = test::RandomMalformedPath<T>(bits, 24);
-    PolycurveT<T> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    PolycurveT<T> path = test::ToCurve(test::RandomMalformedPath<T>(bits, 24));
     for (int step = 0; step < 20; ++step) {
       mutators[static_cast<std::size_t>(bits.Below(static_cast<int>(mutators.size())))].run(path, bits);
       if (path.GetPointCount() > 400) path.Truncate(20);

@@ -5,18 +5,15 @@
 #include <vector>
 
 #include "lumo/polyline.h"
+#include "support/point_types.h"
 
 namespace {
 
 using Lumo::PolycurveRefT;
 using Lumo::PolycurveT;
 using Lumo::PolylineT;
-using TavMath::DPoint;
 
-template <class T>
-class Polycurve : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Polycurve, PointTypes);
+LUMO_TYPED_SUITE(Polycurve);
 
 template <class T>
 std::vector<int> Bytes(const PolycurveT<T>& path) {

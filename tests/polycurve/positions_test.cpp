@@ -2,11 +2,10 @@
 
 #include <cmath>
 
-#include "lumo/polycurve.h"
 #include "support/cubic_oracles.h"
-#include "support/generators.h"
+#include "support/curves.h"
 #include "support/oracles.h"
-#include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -14,23 +13,14 @@ using Lumo::CurvePosition;
 using Lumo::PolycurveT;
 using TavMath::DPoint;
 using TavMath::Side;
+using test::ParseCurve;
 
-template <class T>
-class Positions : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Positions, PointTypes);
-
-template <class T>
-PolycurveT<T> Parse(const char* svg) {
-  const auto path = test::ParsePath<T>(svg);
-  return {path.points.data(), path.types.data(), path.points.size()};
-}
+LUMO_TYPED_SUITE(Positions);
 
 template <class T>
 PolycurveT<T> Random(std::uint64_t seed) {
   test::Bits bits(seed);
-  const auto path = test::RandomPath<T>(bits);
-  return {path.points.data(), path.types.data(), path.points.size()};
+  return test::ToCurve(test::RandomPath<T>(bits));
 }
 
 // What a search finds and what a position may name are the same segments, also where nodes are out of place.
@@ -40,7 +30,7 @@ TYPED_TEST(Positions, EveryPlaceFoundOnAnyArraysIsAPositionOfThem) {
   for (std::uint64_t seed = 0; seed < 4000; ++seed) {
     test::Bits bits(seed);
     const auto nodes = test::RandomMalformedPath<T>(bits, seed % 50 == 0 ? 300 : 12);
-    const PolycurveT<T> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const PolycurveT<T> path = test::ToCurve(nodes);
     const T query = test::RandomPoint<T>(bits, {});
     typename PolycurveT<T>::Closest nearest, farthest;
     const bool any = path.FindClosestPoint(query, nearest);
@@ -77,7 +67,7 @@ TYPED_TEST(Positions, AtALengthAndBack) {
     }
   }
   EXPECT_GT(checked, 500);
-  const auto line = Parse<TypeParam>("M0,0 L10,0 L10,10");
+  const auto line = ParseCurve<TypeParam>("M0,0 L10,0 L10,10");
   EXPECT_EQ(line.GetPositionAtLength(1e9)->lastNode, 2);
   EXPECT_EQ(line.GetPositionAtLength(1e9)->t, 1);
   EXPECT_EQ(line.GetPositionAtLength(-5)->firstNode, 0);
@@ -100,8 +90,7 @@ long double LengthTo(const PolycurveT<T>& path, const CurvePosition* position) {
     const long double t = last ? position->t : 1;
     TavMath::Cubic c;
     for (std::size_t j = 0; j < 4; ++j) {
-      const T& p = path.GetPoint(type.IsLine() ? (j < 2 ? first : k) : first + j);
-      c[j] = {static_cast<double>(p.x), static_cast<double>(p.y)};
+      c[j] = test::AsDouble(path.GetPoint(type.IsLine() ? (j < 2 ? first : k) : first + j));
     }
     const auto dx = static_cast<long double>(c[3].x) - c[0].x, dy = static_cast<long double>(c[3].y) - c[0].y;
     sum += type.IsLine() ? t * std::hypot(dx, dy) : t > 0 ? LumoTest::LengthOracle(c).Over(0, t) : 0;
@@ -136,7 +125,7 @@ TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
     options.maxSubpaths = 1;
     options.loneMoves = false;
     const auto nodes = test::RandomPath<T>(bits, options);
-    const PolycurveT<T> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const PolycurveT<T> path = test::ToCurve(nodes);
     const std::size_t n = 2 + static_cast<std::size_t>(bits.Below(20));
     const auto points = path.GetEvenlySpacedPoints(n);
     ASSERT_EQ(points.size(), n);
@@ -153,8 +142,8 @@ TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
       EXPECT_EQ(points.back(), path.GetPoint(path.GetPointCount() - 1));
     }
   }
-  EXPECT_EQ(Parse<T>("M0,0 L10,0").GetEvenlySpacedPoints(1).size(), 1u);
-  EXPECT_TRUE(Parse<T>("M0,0").GetEvenlySpacedPoints(5).empty());
+  EXPECT_EQ(ParseCurve<T>("M0,0 L10,0").GetEvenlySpacedPoints(1).size(), 1u);
+  EXPECT_TRUE(ParseCurve<T>("M0,0").GetEvenlySpacedPoints(5).empty());
 }
 
 TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
@@ -164,9 +153,7 @@ TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
     if (!(total > 100)) continue;
     const auto before = path;
     ASSERT_TRUE(path.DivideEqually(7));
-    EXPECT_TRUE(test::IsWellFormed(
-        test::Path<TypeParam>{{path.GetPoints(), path.GetPoints() + path.GetPointCount()},
-                              {path.GetNodeTypes(), path.GetNodeTypes() + path.GetPointCount()}}));
+    EXPECT_TRUE(test::IsWellFormed(test::ToPath(path)));
     const double slack = std::is_same_v<TypeParam, tagPOINT> ? 40.0 : 1e-6 * total;
     EXPECT_NEAR(path.GetLength(), total, slack);
     for (int k = 1; k < 7; ++k) {
@@ -189,7 +176,7 @@ TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
 }
 
 TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
-  const auto path = Parse<TypeParam>("M0,0 L30,40 C30,40 60,40 60,80");
+  const auto path = ParseCurve<TypeParam>("M0,0 L30,40 C30,40 60,40 60,80");
   const auto along = path.GetTangentAt({0, 1, 0.5});
   EXPECT_DOUBLE_EQ(along.x, 0.6);
   EXPECT_DOUBLE_EQ(path.GetTangentAt({0, 1, 0.5}, true).y, -0.8);
@@ -199,21 +186,21 @@ TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
 
 TYPED_TEST(Positions, SidesFollowTheDirectionAlsoAtCorners) {
   using T = TypeParam;
-  const auto path = Parse<T>("M0,0 L100,0 L100,100");
+  const auto path = ParseCurve<T>("M0,0 L100,0 L100,100");
   EXPECT_EQ(path.GetSide(T{50, 10}), Side::left);
   EXPECT_EQ(path.OnLeftOrRight(T{50, -10}), Side::right);
   EXPECT_EQ(path.GetSide(T{130, -30}), Side::right) << "outside the corner";
   EXPECT_EQ(path.GetSide(T{101, -30}), Side::right);
   EXPECT_EQ(path.GetSide(T{130, -1}), Side::right);
   EXPECT_EQ(path.GetSide(T{50, 0}), Side::none);
-  const auto ring = Parse<T>("M0,0 L100,0 L100,100 L0,100 Z");
+  const auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 L0,100 Z");
   EXPECT_EQ(ring.GetSide(T{-10, -20}), Side::right) << "at the corner where the ring closes";
   EXPECT_EQ(ring.GetSide(T{10, 20}), Side::left);
 }
 
 TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
   using T = TypeParam;
-  const auto ring = Parse<T>("M0,0 L100,0 L100,100 L0,100 Z");
+  const auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 L0,100 Z");
   EXPECT_EQ(ring.FindClosestPoints(T{50, 50}).size(), 4u);
   const auto corner = ring.FindClosestPoints(T{-30, -40});
   ASSERT_EQ(corner.size(), 1u) << "both closed ends are one place";
@@ -230,7 +217,7 @@ TYPED_TEST(Positions, TheFarthestPointIsThatOfTheFlattenedPath) {
     test::PathOptions options;
     options.loneMoves = false;
     const auto nodes = test::RandomPath<TypeParam>(bits, options);
-    const PolycurveT<TypeParam> path(nodes.points.data(), nodes.types.data(), nodes.points.size());
+    const PolycurveT<TypeParam> path = test::ToCurve(nodes);
     const auto query = test::RandomPoint<TypeParam>(bits, options);
     double expected = 0;
     for (const auto& line : test::Flatten(nodes, 500)) {

@@ -7,10 +7,10 @@
 #include <numbers>
 #include <vector>
 
-#include "lumo/polycurve.h"
-#include "support/generators.h"
+#include "support/curves.h"
 #include "support/guarded_array.h"
 #include "support/oracles.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -19,10 +19,7 @@ using Lumo::RectangleCorner;
 using TavMath::DPoint;
 constexpr double kPi = std::numbers::pi;
 
-template <class T>
-class Shapes : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Shapes, PointTypes);
+LUMO_TYPED_SUITE(Shapes);
 
 /// What a builder wrote into an array of exactly `room` nodes between guard zones.
 template <class T, class Build>
@@ -44,19 +41,21 @@ test::Path<T> Ellipse(double rx, double ry, double start, double end, bool pie =
   });
 }
 
+template <class T>
+test::Path<T> Circle(const auto& center, double radius) {
+  return Built<T>(13, [&](T* points, NODETYPE* types) {
+    return Lumo::BuildCircle(points, types, center, radius), std::size_t{13};
+  });
+}
+
 /// The greatest deviation of the curves from the circle, as a share of the radius.
 template <class T>
-double RadiusError(const test::Path<T>& path, const DPoint& center, double radius, std::size_t from = 0) {
+double RadiusError(const test::Path<T>& path, const DPoint& center, double radius, int from = 0) {
   double worst = 0;
-  for (std::size_t k = from + 3; k < path.points.size(); ++k) {
-    if (!path.types[k].IsCurve()) continue;
-    DPoint cubic[4];
-    for (std::size_t j = 0; j < 4; ++j) {
-      cubic[j] = {static_cast<double>(path.points[k - 3 + j].x),
-                  static_cast<double>(path.points[k - 3 + j].y)};
-    }
+  for (int k = from + 3; k < path.count(); ++k) {
+    if (!path.type(k).IsCurve()) continue;
     for (int step = 0; step <= 64; ++step) {
-      const DPoint p = test::BezierAt(cubic, step / 64.0);
+      const DPoint p = test::SegmentAt(path, k, step / 64.0);
       worst = std::max(worst, std::abs(std::hypot(p.x - center.x, p.y - center.y) - radius));
     }
   }
@@ -91,10 +90,7 @@ TYPED_TEST(Shapes, NodeTypesOfEllipsesArcsAndWedges) {
 
 TYPED_TEST(Shapes, CirclePassesThroughItsFourExtremes) {
   using T = TypeParam;
-  const auto circle = Built<T>(13, [](T* points, NODETYPE* types) {
-    Lumo::BuildCircle(points, types, T{0, 0}, 1);
-    return std::size_t{13};
-  });
+  const auto circle = Circle<T>(T{0, 0}, 1);
   const T extremes[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}};
   for (std::size_t k = 0; k < 5; ++k) EXPECT_EQ(circle.points[3 * k], extremes[k]);
 }
@@ -104,16 +100,14 @@ TYPED_TEST(Shapes, MembersMakeTheNodesOfTheBuildersForPointsOfBothKinds) {
   using Path = PolycurveT<T>;
   const auto check = [](const char* what, const test::Path<T>& built, const Path& made,
                         const Path& appended) {
-    EXPECT_TRUE(Path(built.points.data(), built.types.data(), built.points.size()) == made) << what;
+    EXPECT_TRUE(test::ToCurve(built) == made) << what;
     EXPECT_TRUE(made == appended) << what;
   };
   Path circle, wedge, line;
   const auto checkAll = [&](const auto& a, const auto& b) {
     EXPECT_TRUE(circle.CreateCircleSubpath(a, 1.25) && line.CreateLineSubpath(a, b));
     EXPECT_TRUE(wedge.CreateEllipseSubpath(a, 30, 20, 1, 2, true, true));
-    check("circle",
-          Built<T>(13, [&](T* p, NODETYPE* t) { return Lumo::BuildCircle(p, t, a, 1.25), std::size_t{13}; }),
-          Path::CreateCircle(a, 1.25), circle);
+    check("circle", Circle<T>(a, 1.25), Path::CreateCircle(a, 1.25), circle);
     check("wedge",
           Built<T>(18,
                    [&](T* p, NODETYPE* t) { return Lumo::BuildEllipse(p, t, a, 30, 20, 1, 2, true, true); }),
@@ -131,29 +125,13 @@ TYPED_TEST(Shapes, AnyAnglesStayWithinTheStatedRoomAndNearTheCircle) {
   test::Bits bits(7);
   constexpr double kRadius = 1e6;
   for (int n = 0; n < 4000; ++n) {
-    double start = (bits.Unit() - 0.5) * (n % 3 ? 20 : 1e6), end = start;
-    switch (n % 8) {
-      case 0:
-        break;
-      case 1:
-        end = start + 2 * kPi;
-        break;
-      case 2:
-        end = start - 2 * kPi * bits.Between(1, 5);
-        break;
-      case 3:
-        end = start + std::ldexp(bits.Unit(), -bits.Below(60));
-        break;
-      case 4:
-        start = bits.Between(-8, 8) * kPi / 2, end = start + 4 * kPi + 1e-13;
-        break;
-      case 5:
-        start = bits.Between(-8, 8) * kPi / 2 - 1e-15, end = start + 2 * kPi + 1e-13;
-        break;
-      default:
-        end = (bits.Unit() - 0.5) * 40;
-        break;
-    }
+    double start = (bits.Unit() - 0.5) * (n % 3 ? 20 : 1e6), end = (bits.Unit() - 0.5) * 40;
+    if (n % 8 == 0) end = start;
+    if (n % 8 == 1) end = start + 2 * kPi;
+    if (n % 8 == 2) end = start - 2 * kPi * bits.Between(1, 5);
+    if (n % 8 == 3) end = start + std::ldexp(bits.Unit(), -bits.Below(60));
+    if (n % 8 == 4) start = bits.Between(-8, 8) * kPi / 2, end = start + 4 * kPi + 1e-13;
+    if (n % 8 == 5) start = bits.Between(-8, 8) * kPi / 2 - 1e-15, end = start + 2 * kPi + 1e-13;
     const bool pie = bits.OneIn(3);
     const auto path = Ellipse<T>(kRadius, kRadius, start, end, pie, bits.OneIn(2));
     ASSERT_GE(path.points.size(), 4u) << start << " " << end;

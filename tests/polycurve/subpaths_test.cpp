@@ -3,29 +3,21 @@
 #include <cmath>
 #include <limits>
 
-#include "lumo/polycurve.h"
-#include "support/path_builder.h"
+#include "support/curves.h"
+#include "support/point_types.h"
 
 namespace {
 
 using Lumo::PolycurveT;
 using Lumo::SubcurveRange;
 using TavMath::DPoint;
+using test::ParseCurve;
 
-template <class T>
-class Subpaths : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Subpaths, PointTypes);
-
-template <class T>
-PolycurveT<T> Parse(const char* svg) {
-  const auto path = test::ParsePath<T>(svg);
-  return {path.points.data(), path.types.data(), path.points.size()};
-}
+LUMO_TYPED_SUITE(Subpaths);
 
 TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
   using T = TypeParam;
-  const auto path = Parse<T>("M0,0 L10,0 M5,5 M0,0 L10,0e L10,10 Z M0,0 L1,1");
+  const auto path = ParseCurve<T>("M0,0 L10,0 M5,5 M0,0 L10,0e L10,10 Z M0,0 L1,1");
   EXPECT_EQ(path.GetSubpathCount(), 4u);
   EXPECT_EQ(path.GetSubpathIndices(), (std::vector<SubcurveRange>{{0, 2}, {2, 3}, {3, 7}, {7, 9}}));
   EXPECT_EQ(path.GetSubpathRange(2), (SubcurveRange{3, 7}));
@@ -44,20 +36,21 @@ TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
   EXPECT_TRUE(path.IsClosed(2));
   EXPECT_FALSE(path.IsClosed(0) || path.IsClosed(9) || path.IsLastSubpathClosed());
   EXPECT_TRUE(path.ContainsClosedSubpaths());
-  const auto lone = Parse<T>("M0,0 L10,0 L10,10 Z M5,5");
+  const auto lone = ParseCurve<T>("M0,0 L10,0 L10,10 Z M5,5");
   EXPECT_TRUE(lone.ContainsOpenSubpaths(false));
   EXPECT_FALSE(lone.ContainsOpenSubpaths(true)) << "a lone move node is no real subpath";
 }
 
 TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
   using T = TypeParam;
-  auto path = Parse<T>("M0,0 L1,1 M5,5l L6,6 M7,7 L8,8 M9,9l L10,10");
+  auto path = ParseCurve<T>("M0,0 L1,1 M5,5l L6,6 M7,7 L8,8 M9,9l L10,10");
   const auto letters = path.GetLetterCurves();
   ASSERT_EQ(letters.size(), 3u);
   EXPECT_EQ(letters[0].GetPointCount(), 2u) << "what stands before the first letter";
   EXPECT_EQ(letters[1].GetPointCount(), 4u);
   EXPECT_EQ(letters[2].GetPoint(0).x, 9);
-  EXPECT_EQ(Parse<T>("M5,5l L6,6 M9,9l L10,10").GetLetterCurves().size(), 2u) << "nothing before the first";
+  EXPECT_EQ(ParseCurve<T>("M5,5l L6,6 M9,9l L10,10").GetLetterCurves().size(), 2u)
+      << "nothing before the first";
   EXPECT_TRUE(path.ClearLetterFlags());
   EXPECT_FALSE(path.ClearLetterFlags()) << "none left";
   EXPECT_EQ(path.GetLetterCurves().size(), 1u);
@@ -65,7 +58,7 @@ TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
 }
 
 TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
-  auto path = Parse<TypeParam>("M0,0 L10,0 L10,10 Z M0,0e L5,5");
+  auto path = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 Z M0,0e L5,5");
   path.SetNodeType(3, path.GetNodeType(3) | NODETYPE::kEnabled);
   EXPECT_FALSE(path.IsEnabled(0));
   EXPECT_TRUE(path.EnableFirstAndLastInClosedSubpaths());
@@ -78,16 +71,16 @@ TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
 TYPED_TEST(Subpaths, ConvertToTheOtherPointType) {
   using T = TypeParam;
   using Other = typename PolycurveT<T>::OtherPoint;
-  const PolycurveT<Other> other(Parse<T>("M0,0 L10,-7 Z"));
+  const PolycurveT<Other> other(ParseCurve<T>("M0,0 L10,-7 Z"));
   EXPECT_EQ(other.GetPoint(1).y, -7);
   EXPECT_EQ(other.GetPointCount(), 3u);
-  auto path = Parse<T>("M1,1");
+  auto path = ParseCurve<T>("M1,1");
   EXPECT_TRUE(path.PushBack(other));
   EXPECT_EQ(path.GetPointCount(), 4u);
 }
 
 TEST(SubpathsDouble, BecomeIntegersHalfAwayFromZero) {
-  const PolycurveT<tagPOINT> path(Parse<DPoint>("M2.5,-2.5 L2.4,-2.4"));
+  const PolycurveT<tagPOINT> path(ParseCurve<DPoint>("M2.5,-2.5 L2.4,-2.4"));
   EXPECT_EQ(path.GetPoint(0), (tagPOINT{3, -3}));
   EXPECT_EQ(path.GetPoint(1), (tagPOINT{2, -2}));
 }
@@ -95,7 +88,7 @@ TEST(SubpathsDouble, BecomeIntegersHalfAwayFromZero) {
 TEST(SubpathsDouble, NumbersThatAreNoneOrHugeEndEveryQuestion) {
   for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1.7e308, -1.7e308, 1e-310}) {
     for (std::size_t i = 0; i < 6; ++i) {
-      auto path = Parse<DPoint>("M0,0 C10,20 20,-20 30,0 L30,30 L0,30");
+      auto path = ParseCurve<DPoint>("M0,0 C10,20 20,-20 30,0 L30,30 L0,30");
       path.SetPoint(i, {i % 2 ? bad : 5, i % 2 ? 5 : bad});
       path.CloseLastSubpathWithOptionalLine();
       for (const DPoint query : {DPoint{5, 5}, DPoint{bad, 0}, DPoint{0, bad}}) {
@@ -119,7 +112,7 @@ TEST(SubpathsDouble, NumbersThatAreNoneOrHugeEndEveryQuestion) {
       path.GetPositionAtRelativeLength(bad);
     }
   }
-  PolycurveT<DPoint> path = Parse<DPoint>("M0,0 L10,0");
+  PolycurveT<DPoint> path = ParseCurve<DPoint>("M0,0 L10,0");
   EXPECT_TRUE(path.GetEvenlySpacedPoints(std::numeric_limits<std::size_t>::max()).empty());
   EXPECT_FALSE(path.DivideEqually(std::numeric_limits<std::size_t>::max()));
 }

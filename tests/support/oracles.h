@@ -70,6 +70,15 @@ inline DPoint BezierAt(const DPoint p[4], double parameter) {
   return {static_cast<double>(x), static_cast<double>(y)};
 }
 
+/// The point at a parameter of the segment that ends at a node.
+template <class T>
+DPoint SegmentAt(const Path<T>& path, int last, double t) {
+  const auto at = [&](int back) { return AsDouble(path.point(last - back)); };
+  if (path.type(last).IsLine()) return at(1) + t * (at(0) - at(1));
+  const DPoint cubic[4] = {at(3), at(2), at(1), at(0)};
+  return BezierAt(cubic, t);
+}
+
 /// A subpath as a polyline with its own first point; curves in equal parameter steps.
 struct Polyline {
   std::vector<DPoint> points;
@@ -80,12 +89,9 @@ struct Polyline {
 template <class T>
 std::vector<Polyline> Flatten(const Path<T>& path, int pieces) {
   std::vector<Polyline> out;
-  const auto point = [&](int k) {
-    const T& p = path.points[static_cast<std::size_t>(k)];
-    return DPoint{static_cast<double>(p.x), static_cast<double>(p.y)};
-  };
+  const auto point = [&](int k) { return AsDouble(path.point(k)); };
   for (int k = 0; k < path.count(); ++k) {
-    const NODETYPE type = path.types[static_cast<std::size_t>(k)];
+    const NODETYPE type = path.type(k);
     if (type.IsMove()) {
       out.push_back({{point(k)}, type.IsClosed()});
     } else if (type.IsLine()) {

@@ -43,6 +43,15 @@ struct Path {
 
   int count() const { return static_cast<int>(points.size()); }
   bool empty() const { return points.empty(); }
+  /// The node of an index as the library counts.
+  T& point(int k) { return points[static_cast<std::size_t>(k)]; }
+  const T& point(int k) const { return points[static_cast<std::size_t>(k)]; }
+  NODETYPE& type(int k) { return types[static_cast<std::size_t>(k)]; }
+  const NODETYPE& type(int k) const { return types[static_cast<std::size_t>(k)]; }
+  void Resize(int n) {
+    points.resize(static_cast<std::size_t>(n));
+    types.resize(static_cast<std::size_t>(n));
+  }
   void Add(NODETYPE type, T point) {
     types.push_back(type);
     points.push_back(point);
@@ -62,6 +71,11 @@ using DoublePath = Path<DPoint>;
 template <class T>
 T MakePoint(double x, double y) {
   return {static_cast<decltype(T::x)>(x), static_cast<decltype(T::y)>(y)};
+}
+
+template <class T>
+DPoint AsDouble(const T& p) {
+  return {static_cast<double>(p.x), static_cast<double>(p.y)};
 }
 
 /// SVG path data. A node that breaks the rules is printed as ?0xNN x,y.
@@ -195,8 +209,7 @@ Path<T> ParsePath(std::string_view text) {
 template <class To, class From>
 Path<To> ConvertPath(const Path<From>& path) {
   Path<To> out{{}, path.types};
-  for (const From& p : path.points)
-    out.points.push_back(MakePoint<To>(static_cast<double>(p.x), static_cast<double>(p.y)));
+  for (const From& p : path.points) out.points.push_back(MakePoint<To>(AsDouble(p).x, AsDouble(p).y));
   return out;
 }
 
