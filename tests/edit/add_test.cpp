@@ -13,10 +13,14 @@ using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 
+LUMO_TYPED_SUITE(Add);
+
+/// The path with one segment split, in arrays of so much room.
 template <class T>
-class Add : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Add, PointTypes);
+Path<T> Split(const Path<T>& path, int room, int index, double t, int smooth) {
+  return After(path, room,
+               [&](T* p, NODETYPE* types, int n) { return n + CRV_Add(p, types, n, index, t, smooth); });
+}
 
 TEST(AddRoom, NumbersAMoveNodeAsALine) {
   EXPECT_EQ(CRV_NeedGrowForAddNodeOfType(0), 1) << "although nothing is inserted there";
@@ -27,15 +31,12 @@ TEST(AddRoom, NumbersAMoveNodeAsALine) {
 
 TYPED_TEST(Add, SplitsALine) {
   using T = TypeParam;
-  const auto half = [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 1, 0.5, 1); };
   const bool isInt = std::is_same_v<T, tagPOINT>;
   const char* split = isInt ? "M0,0 L2,1es L3,1es" : "M0,0 L1.5,0.5es L3,1es";
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L3,1es"), 1, half), ParsePath<T>(split))
+  EXPECT_EQ(Split(ParsePath<T>("M0,0 L3,1es"), 1, 1, 0.5, 1), ParsePath<T>(split))
       << "halves away from zero, continuity and flags copied";
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L-4,-2n"), 1, half), ParsePath<T>("M0,0 L-2,-1 L-4,-2n"));
-  EXPECT_EQ(After(ParsePath<T>("M4,0 L0,0 Z"), 1,
-                  [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 2, 0.5, 1); }),
-            ParsePath<T>("M4,0 L0,0 L2,0 Z"))
+  EXPECT_EQ(Split(ParsePath<T>("M0,0 L-4,-2n"), 1, 1, 0.5, 1), ParsePath<T>("M0,0 L-2,-1 L-4,-2n"));
+  EXPECT_EQ(Split(ParsePath<T>("M4,0 L0,0 Z"), 1, 2, 0.5, 1), ParsePath<T>("M4,0 L0,0 L2,0 Z"))
       << "a user node, not a closing one";
 }
 
@@ -44,22 +45,12 @@ TYPED_TEST(Add, SplitsACurveAndDemotesItsEnds) {
   auto path = ParsePath<T>("M0,0 L8,0y C16,0 24,8 24,16yn C24,32 8,32 8,24");
   path.types[2] |= 5;
   path.types[3] |= 1;
-  const auto split = After(path, 3, [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 4, 0.5, 0); });
-  EXPECT_EQ(split.points, (std::vector<T>{{0, 0},
-                                          {8, 0},
-                                          {12, 0},
-                                          {16, 2},
-                                          {19, 5},
-                                          {22, 8},
-                                          {24, 12},
-                                          {24, 16},
-                                          {24, 32},
-                                          {8, 32},
-                                          {8, 24}}));
+  const auto split = Split(path, 3, 4, 0.5, 0);
+  EXPECT_EQ(split.points,
+            ParsePath<T>("M0,0 L8,0 C12,0 16,2 19,5 C22,8 24,12 24,16 C24,32 8,32 8,24").points);
   EXPECT_EQ(split.Bytes(),
             (std::vector<int>{0x04, 0x54, 0xC5, 0xC1, 0x94, 0xC5, 0xC1, 0x90, 0xC0, 0xC0, 0x84}));
-  const auto closed = After(ParsePath<T>("M0,0y C0,8 8,8 8,0y C8,-8 0,-8 0,0yZ"), 3,
-                            [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 6, 0.5, 1); });
+  const auto closed = Split(ParsePath<T>("M0,0y C0,8 8,8 8,0y C8,-8 0,-8 0,0yZ"), 3, 6, 0.5, 1);
   EXPECT_EQ(closed.Bytes(), (std::vector<int>{0x1C, 0xC0, 0xC0, 0x94, 0xC0, 0xC0, 0x94, 0xC0, 0xC0, 0x98}));
 }
 
@@ -91,23 +82,15 @@ TYPED_TEST(Add, ChangesNoPointOfTheCurve) {
     const auto path = test::RandomPath<T>(bits, options);
     const int index = bits.Below(path.count());
     const double t = bits.Unit();
-    const auto split =
-        After(path, 3, [&](T* p, NODETYPE* ty, int n) { return n + CRV_Add(p, ty, n, index, t, 0); });
+    const auto split = Split(path, 3, index, t, 0);
     ASSERT_TRUE(test::IsWellFormed(split));
     // Every point of the new pieces at u is the old curve's at t u or t + (1 - t) u.
-    const int n = split.count() - path.count();
-    if (n != 3) continue;
-    DPoint old[4], left[4], right[4];
-    for (int c = 0; c < 4; ++c) {
-      const auto at = [](const T& p) { return DPoint{static_cast<double>(p.x), static_cast<double>(p.y)}; };
-      old[c] = at(path.points[static_cast<std::size_t>(index - 3 + c)]);
-      left[c] = at(split.points[static_cast<std::size_t>(index - 3 + c)]);
-      right[c] = at(split.points[static_cast<std::size_t>(index + c)]);
-    }
+    if (split.count() != path.count() + 3) continue;
     for (int step = 0; step <= 16; ++step) {
       const double u = step / 16.0, tolerance = isInt ? 0.72 : 1e-9 * 1000;
-      ASSERT_LE(Distance(test::BezierAt(old, t * u), test::BezierAt(left, u)), tolerance) << path;
-      ASSERT_LE(Distance(test::BezierAt(old, t + (1 - t) * u), test::BezierAt(right, u)), tolerance) << path;
+      const DPoint left = test::SegmentAt(split, index, u), right = test::SegmentAt(split, index + 3, u);
+      ASSERT_LE(Distance(test::SegmentAt(path, index, t * u), left), tolerance) << path;
+      ASSERT_LE(Distance(test::SegmentAt(path, index, t + (1 - t) * u), right), tolerance) << path;
     }
   }
 }
@@ -120,8 +103,7 @@ TYPED_TEST(Add, EnabledInOnePassEqualsNodeByNode) {
     const int room = CRV_HowManyEnabledLines(path.types.data(), path.count()) +
                      3 * CRV_HowManyEnabledCurves(path.types.data(), path.count());
     const int enableOld = bits.Below(4), enableNew = bits.Below(4);
-    const auto fast = After(
-        path, room, [&](T* p, NODETYPE* t, int n) { return CRV_AddEnabled(p, t, n, enableOld, enableNew); });
+    const auto fast = After(path, room, CRV_AddEnabled<T>, enableOld, enableNew);
     ASSERT_EQ(fast, slow::AddEnabled(path, enableOld, enableNew)) << path;
     ASSERT_EQ(fast.count(), path.count() + room);
     ASSERT_TRUE(test::IsWellFormed(fast)) << path;
@@ -131,11 +113,9 @@ TYPED_TEST(Add, EnabledInOnePassEqualsNodeByNode) {
 TYPED_TEST(Add, NodeEditorSelectsTheNewNode) {
   using T = TypeParam;
   // The closing line is split: the new node is selected, the closed ends (both) are not.
-  const auto here = After(ParsePath<T>("M0,0e L8,0 L8,8 L0,0eZ"), 1,
-                          [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddHere(p, t, n, 3, 0.5); });
+  const auto here = After(ParsePath<T>("M0,0e L8,0 L8,8 L0,0eZ"), 1, CRV_NodeEditAddHere<T>, 3, 0.5);
   EXPECT_EQ(here, ParsePath<T>("M0,0 L8,0 L8,8 L4,4e L0,0Z"));
-  const auto all = After(ParsePath<T>("M0,0 C0,4 4,8 8,8e"), 3,
-                         [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddEnabled(p, t, n); });
+  const auto all = After(ParsePath<T>("M0,0 C0,4 4,8 8,8e"), 3, CRV_NodeEditAddEnabled<T>);
   EXPECT_EQ(all.Bytes(), (std::vector<int>{0x04, 0xC1, 0xC1, 0x95, 0xC1, 0xC1, 0x85}))
       << "both new ends of the split selected, their handles enabled";
 }
@@ -143,21 +123,19 @@ TYPED_TEST(Add, NodeEditorSelectsTheNewNode) {
 TYPED_TEST(Add, AppendInsertsBehindANode) {
   using T = TypeParam;
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0");
-  const auto line = [](int index) {
-    return [index](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, index, T{9, 9}); };
-  };
-  EXPECT_EQ(After(path, 1, line(0)), ParsePath<T>("M0,0 L9,9 L1,0 L2,0"));
-  EXPECT_EQ(After(path, 1, line(2)), ParsePath<T>("M0,0 L1,0 L2,0 L9,9"));
-  EXPECT_EQ(After(path, 1, [](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, 1, T{9, 9}); }),
-            ParsePath<T>("M0,0 L1,0 M9,9 L2,0"));
+  const T nine{9, 9};
+  EXPECT_EQ(After(path, 1, CRV_AppendLine<T>, 0, nine), ParsePath<T>("M0,0 L9,9 L1,0 L2,0"));
+  EXPECT_EQ(After(path, 1, CRV_AppendLine<T>, 2, nine), ParsePath<T>("M0,0 L1,0 L2,0 L9,9"));
+  EXPECT_EQ(After(path, 1, CRV_AppendMove<T>, 1, nine), ParsePath<T>("M0,0 L1,0 M9,9 L2,0"));
   // Behind the end: slot count stays as it is, the node goes to the one after.
   GuardedPath<T> g(path, 2);
   g.types[3] = 0x77;
-  EXPECT_EQ(line(3)(g.points.data(), g.types.data(), 3), 4);
+  EXPECT_EQ(CRV_AppendLine(g.points.data(), g.types.data(), 3, 3, nine), 4);
   EXPECT_EQ(g.types[3], 0x77);
   EXPECT_EQ(g.types[4], 0x44);
-  EXPECT_EQ(g.points[4], (T{9, 9}));
-  for (const int index : {-1, 4}) EXPECT_EQ(line(index)(g.points.data(), g.types.data(), 3), -1);
+  EXPECT_EQ(g.points[4], nine);
+  for (const int index : {-1, 4})
+    EXPECT_EQ(CRV_AppendLine(g.points.data(), g.types.data(), 3, index, nine), -1);
 }
 
 TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
@@ -165,9 +143,8 @@ TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0 L3,0");
   const auto source = ParsePath<T>("M10,0 L11,0 L12,0 L13,0");
   const auto append = [&](int index, int n, int first) {
-    return After(path, std::max(n - first, 0), [&](T* p, NODETYPE* t, int count) {
-      return CRV_Append(p, t, count, index, source.points.data(), source.types.data(), n, first);
-    });
+    return After(path, std::max(n - first, 0), CRV_Append<T>, index, source.points.data(),
+                 source.types.data(), n, first);
   };
   EXPECT_EQ(append(1, 2, 0), ParsePath<T>("M0,0 L1,0 M10,0 L11,0 L2,0 L3,0"));
   EXPECT_EQ(append(3, 4, 0), ParsePath<T>("M0,0 L1,0 L2,0 L3,0 M10,0 L11,0 L12,0 L13,0"));
@@ -183,9 +160,7 @@ TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
 TYPED_TEST(Add, RemoveCutsRangesAndTails) {
   using T = TypeParam;
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0 L3,0");
-  const auto remove = [&](int first, int n) {
-    return After(path, 0, [&](T* p, NODETYPE* t, int count) { return CRV_Remove(p, t, count, first, n); });
-  };
+  const auto remove = [&](int first, int n) { return After(path, 0, CRV_Remove<T>, first, n); };
   EXPECT_EQ(remove(1, 2), ParsePath<T>("M0,0 L3,0"));
   EXPECT_EQ(remove(2, 2), ParsePath<T>("M0,0 L1,0"));
   EXPECT_EQ(remove(2, std::numeric_limits<int>::max()), ParsePath<T>("M0,0 L1,0"));
@@ -196,8 +171,7 @@ TYPED_TEST(Add, RemoveCutsRangesAndTails) {
 TYPED_TEST(Add, OpenSubpathsAreRemovedAndSubpathsReversed) {
   using T = TypeParam;
   const auto path = ParsePath<T>("M0,0 L1,0 M5,5 L6,5 L6,6Z M9,9 M7,7 C8,8 9,9 7,7Z M2,2 L3,3");
-  EXPECT_EQ(After(path, 0, [](auto... a) { return CRV_RemoveOpenSubpaths(a...); }),
-            ParsePath<T>("M5,5 L6,5 L6,6Z M7,7 C8,8 9,9 7,7Z"));
+  EXPECT_EQ(After(path, 0, CRV_RemoveOpenSubpaths<T>), ParsePath<T>("M5,5 L6,5 L6,6Z M7,7 C8,8 9,9 7,7Z"));
   GuardedPath<T> g(ParsePath<T>("M0,0 L1,0 M5,5 C6,5 6,6 7,7 L8,8e M1,1"));
   EXPECT_EQ(CRV_ReverseThisSubpath(g.points.data(), g.types.data(), g.count, 6), 2);
   EXPECT_EQ(g.Copy(), ParsePath<T>("M0,0 L1,0 M8,8e L7,7 C6,6 6,5 5,5 M1,1"));

@@ -11,10 +11,7 @@ using test::DPoint;
 using test::ParsePath;
 using test::Path;
 
-template <class T>
-class Break : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Break, PointTypes);
+LUMO_TYPED_SUITE(Break);
 
 TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
   using T = TypeParam;
@@ -33,13 +30,9 @@ TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
       {"M0,0 L1,0e L1,1 L0,1e Z", "M1,0e L1,1 L0,1 M0,1e L0,0 L1,0", 2},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(After(ParsePath<T>(c.svg), c.room,
-                    [](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, 0); }),
-              ParsePath<T>(c.broken))
-        << c.svg;
+    EXPECT_EQ(After(ParsePath<T>(c.svg), c.room, CRV_BreakEnabled<T>, 0), ParsePath<T>(c.broken)) << c.svg;
   }
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L1,0e L2,0"), 1,
-                  [](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, 1); }),
+  EXPECT_EQ(After(ParsePath<T>("M0,0 L1,0e L2,0"), 1, CRV_BreakEnabled<T>, 1),
             ParsePath<T>("M0,0 L1,0e M1,0e L2,0"));
   // A closed end without partner: nothing is broken, not even elsewhere.
   const Path<T> lone{{{0, 0}, {1, 0}, {2, 0}, {5, 5}}, {0x04, 0x45, 0x44, 0x0D}};
@@ -57,13 +50,11 @@ TYPED_TEST(Break, EnabledInOnePassEqualsNodeByNode) {
     if (bits.OneIn(2)) path.types[0].Set(NODETYPE::kLetter, false);
     int room = 0;
     for (int i = 0; i < path.count(); ++i) {
-      room += path.types[static_cast<std::size_t>(i)].IsEnabled() &&
-              path.types[static_cast<std::size_t>(i)].IsOnCurve() &&
+      room += path.type(i).IsEnabled() && path.type(i).IsOnCurve() &&
               !CRV_IsFirstOrLastSubpathNode(path.types.data(), path.count(), i);
     }
     const int keep = bits.Below(2);
-    const auto fast =
-        After(path, room, [&](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, keep); });
+    const auto fast = After(path, room, CRV_BreakEnabled<T>, keep);
     ASSERT_EQ(fast, slow::BreakEnabled(path, keep)) << path;
     ASSERT_TRUE(test::IsWellFormed(fast)) << path;
     broken += room > 0;
@@ -91,25 +82,14 @@ TYPED_TEST(Break, AtALocation) {
       {"M0,0s L4,0 C8,0 8,8 0,0sZ", 1, 0.5, "M2,0 L4,0 C8,0 8,8 0,0s L2,0"},
   };
   for (const Case& c : cases) {
-    const auto broken = After(ParsePath<T>(c.svg), 4, [&](T* p, NODETYPE* t, int n) {
-      return CRV_BreakAtLocation(p, t, n, c.index, c.t);
-    });
+    const auto broken = After(ParsePath<T>(c.svg), 4, CRV_BreakAtLocation<T>, c.index, c.t);
     EXPECT_EQ(broken, ParsePath<T>(c.broken)) << c.svg << " at " << c.index << ", " << c.t;
   }
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const auto path = ParsePath<T>("M0,0 L4,0 C5,0 6,0 7,0");
-  for (const auto& [index, t] : {std::pair{0, 0.5},
-                                 {0, 0.0},
-                                 {0, 1.0},
-                                 {4, 1.0},
-                                 {1, 0.0},
-                                 {2, 1.0},
-                                 {2, 0.5},
-                                 {1, -0.1},
-                                 {1, 1.1},
-                                 {1, nan},
-                                 {-1, 0.5},
-                                 {5, 0.5}}) {
+  const std::pair<int, double> nowhere[] = {{0, 0.5}, {0, 0},    {0, 1},   {4, 1},   {1, 0},    {2, 1},
+                                            {2, 0.5}, {1, -0.1}, {1, 1.1}, {1, nan}, {-1, 0.5}, {5, 0.5}};
+  for (const auto& [index, t] : nowhere) {
     auto copy = path;
     EXPECT_EQ(CRV_BreakAtLocation(copy.points.data(), copy.types.data(), 5, index, t), -1)
         << index << " " << t;

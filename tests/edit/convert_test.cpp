@@ -12,24 +12,18 @@ using test::DPoint;
 using test::ParsePath;
 using test::Path;
 
-template <class T>
-class Convert : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Convert, PointTypes);
+LUMO_TYPED_SUITE(Convert);
 
 TYPED_TEST(Convert, LineToCurveTracesTheLine) {
   using T = TypeParam;
-  const auto toCurve = [](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, 1); };
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L3,3es"), 2, toCurve), ParsePath<T>("M0,0 C1,1 2,2 3,3es"));
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L-3,-3 L1,1"), 2, toCurve),
-            ParsePath<T>("M0,0 C-1,-1 -2,-2 -3,-3 L1,1"));
+  const auto convert = [](const char* svg, int room, int index) {
+    return After(ParsePath<T>(svg), room, CRV_ToCurveNode<T>, index);
+  };
+  EXPECT_EQ(convert("M0,0 L3,3es", 2, 1), ParsePath<T>("M0,0 C1,1 2,2 3,3es"));
+  EXPECT_EQ(convert("M0,0 L-3,-3 L1,1", 2, 1), ParsePath<T>("M0,0 C-1,-1 -2,-2 -3,-3 L1,1"));
   // Nothing to convert, or no such node.
-  for (const char* svg : {"M0,0 C1,1 2,2 3,3", "M0,0"})
-    EXPECT_EQ(After(ParsePath<T>(svg), 0, toCurve), ParsePath<T>(svg));
-  for (const int index : {-1, 0, 2}) {
-    const auto at = [index](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, index); };
-    EXPECT_EQ(After(ParsePath<T>("M0,0 L3,3"), 0, at), ParsePath<T>("M0,0 L3,3"));
-  }
+  for (const char* svg : {"M0,0 C1,1 2,2 3,3", "M0,0"}) EXPECT_EQ(convert(svg, 0, 1), ParsePath<T>(svg));
+  for (const int index : {-1, 0, 2}) EXPECT_EQ(convert("M0,0 L3,3", 0, index), ParsePath<T>("M0,0 L3,3"));
 }
 
 TEST(ConvertInteger, HandlesOfALineAreRoundedHalfAwayFromZero) {
@@ -48,7 +42,7 @@ TYPED_TEST(Convert, EnabledLinesToCurvesInOnePassEqualNodeByNode) {
   for (int k = 0; k < 1000; ++k) {
     const auto path = test::RandomPath<T>(bits);
     const int room = 2 * CRV_HowManyEnabledLines(path.types.data(), path.count());
-    const auto fast = After(path, room, [](auto... a) { return CRV_ToCurveEnabled(a...); });
+    const auto fast = After(path, room, CRV_ToCurveEnabled<T>);
     ASSERT_EQ(fast, slow::ToCurveEnabled(path)) << path;
     ASSERT_EQ(fast.count(), path.count() + room);
   }
@@ -59,7 +53,7 @@ TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
   test::Bits bits(32);
   for (int k = 0; k < 3000; ++k) {
     const auto path = test::RandomPath<T>(bits);
-    const auto fast = After(path, 0, [](auto... a) { return CRV_ToLineEnabled(a...); });
+    const auto fast = After(path, 0, CRV_ToLineEnabled<T>);
     ASSERT_EQ(fast, slow::ToLineEnabled(path)) << path;
     ASSERT_TRUE(test::IsWellFormed(fast)) << path;
   }
@@ -67,13 +61,12 @@ TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
 
 TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
   using T = TypeParam;
-  const auto selection = [](T* p, NODETYPE* t, int n) { return CRV_ToLineEnabled(p, t, n); };
-  EXPECT_EQ(After(ParsePath<T>("M0,0 L9,0s C9,3 9,6 9,9eys L0,9"), 0, selection),
+  EXPECT_EQ(After(ParsePath<T>("M0,0 L9,0s C9,3 9,6 9,9eys L0,9"), 0, CRV_ToLineEnabled<T>),
             ParsePath<T>("M0,0 L9,0 L9,9e L0,9"));
   // A closing node stays no user node; both closed ends become cusps when lines meet there.
-  EXPECT_EQ(After(ParsePath<T>("M0,0s L9,0 C9,3 6,6 0,0esZ"), 0, selection),
+  EXPECT_EQ(After(ParsePath<T>("M0,0s L9,0 C9,3 6,6 0,0esZ"), 0, CRV_ToLineEnabled<T>),
             ParsePath<T>("M0,0 L9,0 L0,0eZ"));
-  EXPECT_EQ(After(ParsePath<T>("M0,0s C1,0 2,0 9,0e C9,3 6,6 0,0sZ"), 0, selection).Bytes(),
+  EXPECT_EQ(After(ParsePath<T>("M0,0s C1,0 2,0 9,0e C9,3 6,6 0,0sZ"), 0, CRV_ToLineEnabled<T>).Bytes(),
             (std::vector<int>{0x1C, 0x45, 0xC0, 0xC0, 0x98}))
       << "a curve comes in at the closed end, so it stays smooth";
 }
@@ -81,8 +74,7 @@ TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
 TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
   using T = TypeParam;
   const auto at = [](const char* svg, int index) {
-    return After(ParsePath<T>(svg), 0,
-                 [index](T* p, NODETYPE* t, int n) { return CRV_ToLineNode(p, t, n, index); });
+    return After(ParsePath<T>(svg), 0, CRV_ToLineNode<T>, index);
   };
   EXPECT_EQ(at("M0,0 L9,0s C9,3 9,6 9,9y", 4), ParsePath<T>("M0,0 L9,0 L9,9s"))
       << "a line node before it becomes a cusp, symmetric becomes smooth";
@@ -121,10 +113,7 @@ TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
        {0x04, 0xC0, 0xC0, 0x95, 0xC0, 0xC0, 0x84}},
   };
   for (const Case& c : cases) {
-    const auto path = After(ParsePath<T>(c.svg), 0, [&](T* p, NODETYPE* t, int n) {
-      return CRV_SetContEnabled(p, t, n, c.continuity);
-    });
-    EXPECT_EQ(path.Bytes(), c.bytes) << c.svg;
+    EXPECT_EQ(After(ParsePath<T>(c.svg), 0, CRV_SetContEnabled<T>, c.continuity).Bytes(), c.bytes) << c.svg;
   }
   // Refused as symmetric, but smoothing runs: the handle turns onto the line.
   auto path = ParsePath<T>("M0,0 C0,9 10,30 10,10es L40,10");
@@ -132,24 +121,28 @@ TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
   EXPECT_EQ(path.points[2], (T{-10, 10}));
 }
 
+/// The points of a path after a node of it was smoothed.
+template <class T>
+std::vector<T> Smoothed(const char* svg, int node) {
+  auto path = ParsePath<T>(svg);
+  SmoothNode(path.points.data(), path.types.data(), path.count(), node);
+  return path.points;
+}
+
 TYPED_TEST(Convert, SmoothingKeepsLengthsAndSharesThemWhenSymmetric) {
   using T = TypeParam;
-  auto path = ParsePath<T>("M-100,0 C-50,0 -10,0 0,0y C30,0 60,60 90,90");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 3);
-  EXPECT_EQ(path.points[2], (T{-20, 0}));
-  EXPECT_EQ(path.points[4], (T{20, 0}));
+  auto points = Smoothed<T>("M-100,0 C-50,0 -10,0 0,0y C30,0 60,60 90,90", 3);
+  EXPECT_EQ(points[2], (T{-20, 0}));
+  EXPECT_EQ(points[4], (T{20, 0}));
   // Parallel to the chord of the old handles, not to a bisector: handles (-30,0) and (0,40), chord (30,40).
-  path = ParsePath<T>("M-100,0 C-50,0 -30,0 0,0s C0,40 60,60 90,90");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 3);
-  EXPECT_EQ(path.points[2], (T{-18, -24}));
-  EXPECT_EQ(path.points[4], (T{24, 32}));
-  // A zero-length line in gives no direction.
-  path = ParsePath<T>("M5,5 L5,5s C30,0 60,60 90,90");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 1);
-  EXPECT_EQ(path.points[2], (T{30, 0}));
+  points = Smoothed<T>("M-100,0 C-50,0 -30,0 0,0s C0,40 60,60 90,90", 3);
+  EXPECT_EQ(points[2], (T{-18, -24}));
+  EXPECT_EQ(points[4], (T{24, 32}));
+  points = Smoothed<T>("M5,5 L5,5s C30,0 60,60 90,90", 1);
+  EXPECT_EQ(points[2], (T{30, 0})) << "a zero-length line in gives no direction";
   // Neither cusps nor hidden inner nodes are touched.
   for (const char* svg : {"M0,0 L9,0 C9,3 9,6 9,9", "M0,0 L9,0sn C9,3 9,6 9,9"}) {
-    path = ParsePath<T>(svg);
+    auto path = ParsePath<T>(svg);
     SmoothNodes(path.points.data(), path.types.data(), path.count());
     EXPECT_EQ(path, ParsePath<T>(svg));
   }
@@ -157,18 +150,13 @@ TYPED_TEST(Convert, SmoothingKeepsLengthsAndSharesThemWhenSymmetric) {
 
 TEST(ConvertInteger, SmoothingTruncatesAndAHandleBesideALineIsBiased) {
   // Line along (-3,-4): the offset of the handle is exactly (-6,-8), biased and truncated (-5,-7).
-  auto path = ParsePath<tagPOINT>("M3,4 L0,0s C0,10 60,60 90,90");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 1);
-  EXPECT_EQ(path.points[2], (tagPOINT{-5, -7}));
+  EXPECT_EQ(Smoothed<tagPOINT>("M3,4 L0,0s C0,10 60,60 90,90", 1)[2], (tagPOINT{-5, -7}));
   // Towards a line: the offset (6,8) is exact and taken away from the node.
-  path = ParsePath<tagPOINT>("M90,0 C0,20 0,10 0,0s L3,4");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 3);
-  EXPECT_EQ(path.points[2], (tagPOINT{-6, -8}));
+  EXPECT_EQ(Smoothed<tagPOINT>("M90,0 C0,20 0,10 0,0s L3,4", 3)[2], (tagPOINT{-6, -8}));
   // Between curves no bias: lengths 10 and 10 along a chord of (20,2) give 9.95 and 0.995.
-  path = ParsePath<tagPOINT>("M90,0 C0,20 -10,0 0,0s C10,2 20,20 30,30");
-  SmoothNode(path.points.data(), path.types.data(), path.count(), 3);
-  EXPECT_EQ(path.points[2], (tagPOINT{-9, 0}));
-  EXPECT_EQ(path.points[4], (tagPOINT{10, 1}));
+  const auto points = Smoothed<tagPOINT>("M90,0 C0,20 -10,0 0,0s C10,2 20,20 30,30", 3);
+  EXPECT_EQ(points[2], (tagPOINT{-9, 0}));
+  EXPECT_EQ(points[4], (tagPOINT{10, 1}));
 }
 
 TYPED_TEST(Convert, SplitEndsAreDemotedWithTheirTwins) {
@@ -230,9 +218,7 @@ TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
   };
   for (const Case& c : cases) {
     const auto path = ParsePath<T>(c.svg);
-    const auto thin = After(path, 0, [](T* p, NODETYPE* t, int n) {
-      return CRV_TransferThisThinSubpathToRegular(p, t, n, n - 1, 2);
-    });
+    const auto thin = After(path, 0, CRV_TransferThisThinSubpathToRegular<T>, path.count() - 1, 2);
     EXPECT_EQ(thin, c.thin ? ParsePath<T>(c.thin) : path) << c.svg;
   }
   auto path = ParsePath<T>("M0,0 L100,0 L0,0Z");
@@ -243,12 +229,9 @@ TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
 TYPED_TEST(Convert, AfterAWeldOnlyClosedSubpathsWithAnAreaStay) {
   using T = TypeParam;
   const auto path = ParsePath<T>("M0,0 L9,0 L0,0Z M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0 L0,0Z");
-  EXPECT_EQ(After(path, 0,
-                  [](T* p, NODETYPE* t, int n) { return CRV_TransferAllThinSubpathsToRegular(p, t, n, 1); }),
+  EXPECT_EQ(After(path, 0, CRV_TransferAllThinSubpathsToRegular<T>, 1),
             ParsePath<T>("M0,0 L9,0 M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0"));
-  EXPECT_EQ(
-      After(path, 0, [](T* p, NODETYPE* t, int n) { return CRV_RepairClosedCurveAfterWeld(p, t, n, 1); }),
-      ParsePath<T>("M0,0 L90,0 L90,90Z"));
+  EXPECT_EQ(After(path, 0, CRV_RepairClosedCurveAfterWeld<T>, 1), ParsePath<T>("M0,0 L90,0 L90,90Z"));
   auto copy = path;
   EXPECT_EQ(CRV_RepairBadClosedSubpaths(copy.points.data(), copy.types.data(), copy.count()), 0);
   EXPECT_EQ(copy, path);

@@ -8,15 +8,13 @@
 
 namespace {
 
+using test::AsDouble;
 using test::DPoint;
 using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 
-template <class T>
-class Delete : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Delete, PointTypes);
+LUMO_TYPED_SUITE(Delete);
 
 template <class T>
 Path<T> Deleted(const Path<T>& path) {
@@ -26,13 +24,10 @@ Path<T> Deleted(const Path<T>& path) {
   return g.Copy(count);
 }
 
-DPoint AsDouble(const tagPOINT& p) { return {static_cast<double>(p.x), static_cast<double>(p.y)}; }
-DPoint AsDouble(const DPoint& p) { return p; }
-
 /// The deletion as a user with patience would do it, one piece at a time.
 template <class T>
 Path<T> SlowDelete(Path<T> path) {
-  const auto type = [&](int i) -> NODETYPE& { return path.types[static_cast<std::size_t>(i)]; };
+  const auto type = [&](int i) -> NODETYPE& { return path.type(i); };
   const auto isOn = [&](int i) { return type(i).IsEnabled() && type(i).IsOnCurve(); };
   const auto last = [&](int i) { return CRV_LastNodeOfThisSubpath(path.types.data(), path.count(), i); };
   for (int i = 0; i < path.count(); ++i) {  // ends
@@ -49,16 +44,16 @@ Path<T> SlowDelete(Path<T> path) {
       }
       Path<T> turned;
       const auto take = [&](int k, int bits, int kind) {
-        turned.Add(static_cast<unsigned char>(kind | bits), path.points[static_cast<std::size_t>(k)]);
+        turned.Add(static_cast<unsigned char>(kind | bits), path.point(k));
       };
       take(f, (type(f) & 0x31) | 0x0C | (type(i) & 0x02), 0);
-      for (int k = f + 1; k < e; ++k) turned.Add(type(k), path.points[static_cast<std::size_t>(k)]);
+      for (int k = f + 1; k < e; ++k) turned.Add(type(k), path.point(k));
       take(e, (type(i) & 0x35) | 1, type(e).Kind());
-      for (int k = i + 1; k < f; ++k) turned.Add(type(k), path.points[static_cast<std::size_t>(k)]);
+      for (int k = i + 1; k < f; ++k) turned.Add(type(k), path.point(k));
       take(f, (type(f) & 0x33) | 0x08, type(f).Kind());
       for (int k = i; k <= e; ++k) {
-        path.points[static_cast<std::size_t>(k)] = turned.points[static_cast<std::size_t>(k - i)];
-        type(k) = turned.types[static_cast<std::size_t>(k - i)];
+        path.point(k) = turned.point(k - i);
+        type(k) = turned.type(k - i);
       }
     } else if (isOn(i) && type(i).IsMove()) {
       const bool isCurve = i + 1 < path.count() && type(i + 1).IsControl();
@@ -86,7 +81,7 @@ Path<T> SlowDelete(Path<T> path) {
       slow::Erase(path, k0 + 3, k1 - k0 - 3);
       for (int c = 1; c < 3; ++c) {
         type(k0 + c) = 0xC0;
-        path.points[static_cast<std::size_t>(k0 + c)] = Lumo::FromDouble<T>(cubic[c]);
+        path.point(k0 + c) = Lumo::FromDouble<T>(cubic[c]);
       }
       type(k0 + 3).SetKind(NODETYPE::kCurve);
     } else if (type(k0).IsClosed() && type(k1).IsClosed()) {
@@ -215,7 +210,7 @@ TYPED_TEST(Delete, AfterAddGivesTheFormerCubicBack) {
       const int index = 3 * (1 + bits.Below(count / 3));
       count += CRV_Add(more.points.data(), more.types.data(), count, index, 0.1 + 0.8 * bits.Unit(), 1);
     }
-    for (int i = 1; i + 1 < count; ++i) more.types[static_cast<std::size_t>(i)] |= 1;
+    for (int i = 1; i + 1 < count; ++i) more.type(i) |= 1;
     count = CRV_DeleteEnabled(more.points.data(), more.types.data(), count);
     ASSERT_EQ(count, 4) << path;
     ++tried;
@@ -262,18 +257,16 @@ TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {
     const auto path = test::RandomPath<T>(bits, options);
     if (path.count() < 7) continue;
     auto copy = path;
-    for (int i = 3; i + 1 < copy.count(); i += 3) copy.types[static_cast<std::size_t>(i)] |= 1;
+    for (int i = 3; i + 1 < copy.count(); i += 3) copy.type(i) |= 1;
     ASSERT_EQ(CRV_DeleteEnabled(copy.points.data(), copy.types.data(), copy.count()), 4);
-    const std::size_t n = path.points.size();
-    const auto angle = [&](DPoint o, DPoint p, DPoint q) {
-      const auto u = p - o, v = q - o;
+    // Between the handle of an end before, and after.
+    const auto angle = [&](int end, int before, std::size_t after) {
+      const DPoint o = AsDouble(path.point(end));
+      const auto u = AsDouble(path.point(before)) - o, v = AsDouble(copy.points[after]) - o;
       return Length(v) < 1e3 ? 0.0 : std::atan2(std::fabs(Cross(u, v)), Dot(u, v));
     };
-    ASSERT_LE(angle(AsDouble(path.points[0]), AsDouble(path.points[1]), AsDouble(copy.points[1])), 2e-3)
-        << path;
-    ASSERT_LE(angle(AsDouble(path.points[n - 1]), AsDouble(path.points[n - 2]), AsDouble(copy.points[2])),
-              2e-3)
-        << path;
+    ASSERT_LE(angle(0, 1, 1), 2e-3) << path;
+    ASSERT_LE(angle(path.count() - 1, path.count() - 2, 2), 2e-3) << path;
     ++tried;
   }
   EXPECT_GT(tried, 100);

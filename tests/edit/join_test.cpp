@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "edit/slow_edit.h"
 
 namespace {
@@ -9,10 +11,7 @@ using test::DPoint;
 using test::ParsePath;
 using test::Path;
 
-template <class T>
-class Join : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Join, PointTypes);
+LUMO_TYPED_SUITE(Join);
 
 TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
   using T = TypeParam;
@@ -37,9 +36,7 @@ TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
   };
   for (const Case& c : cases) {
     int index = -7;
-    const auto joined = After(ParsePath<T>(c.svg), 0, [&](T* p, NODETYPE* t, int n) {
-      return CRV_JoinTwoNodesExt(p, t, n, c.a, c.b, &index);
-    });
+    const auto joined = After(ParsePath<T>(c.svg), 0, CRV_JoinTwoNodesExt<T>, c.a, c.b, &index);
     EXPECT_EQ(joined, ParsePath<T>(c.joined)) << c.svg << " " << c.a << "+" << c.b;
     EXPECT_EQ(index, c.index) << c.svg << " " << c.a << "+" << c.b;
   }
@@ -73,9 +70,9 @@ TYPED_TEST(Join, WithABridge) {
   using T = TypeParam;
   struct Case {
     const char* svg;
-    int p[4];
+    std::array<int, 4> p;
     const char* joined;
-    int at[4];
+    std::array<int, 4> at;
   };
   const Case cases[] = {
       {"M0,0 L2,0 M4,0 L6,0 M8,0 L10,0", {1, 4, 2, 3}, "M0,0 L3,0 L7,0 L10,0", {1, 2, 1, 2}},
@@ -88,22 +85,16 @@ TYPED_TEST(Join, WithABridge) {
       {"M0,0 L2,0 M4,0 M6,0 L10,0", {1, 3, 2, 2}, "M0,0 L4,0 L10,0", {1, 1, 1, 1}},
   };
   for (const Case& c : cases) {
-    int p[4] = {c.p[0], c.p[1], c.p[2], c.p[3]};
-    const auto joined = After(ParsePath<T>(c.svg), 0, [&](T* pts, NODETYPE* t, int n) {
-      return CRV_JoinTwoNodesWithOpenSubpathExt(pts, t, n, &p[0], &p[1], &p[2], &p[3]);
-    });
-    EXPECT_EQ(std::vector<int>(p, p + 4), std::vector<int>(c.at, c.at + 4)) << c.svg;
-    EXPECT_EQ(joined.Bytes(), ParsePath<T>(c.joined).Bytes()) << c.svg << " gives " << joined;
-    EXPECT_EQ(joined.points, ParsePath<T>(c.joined).points) << c.svg;
+    std::array p = c.p;
+    const auto joined =
+        After(ParsePath<T>(c.svg), 0, CRV_JoinTwoNodesWithOpenSubpathExt<T>, &p[0], &p[1], &p[2], &p[3]);
+    EXPECT_EQ(p, c.at) << c.svg;
+    EXPECT_EQ(joined, ParsePath<T>(c.joined)) << c.svg;
   }
   const auto path = ParsePath<T>("M0,0 L2,0 L3,0 M4,0 L6,0 M8,0 L10,0");
-  for (const auto& p : {std::array{1, 5, 3, 4},
-                        {2, 5, 3, 6},
-                        {2, 4, 3, 3},
-                        {2, 5, 3, 3},
-                        {3, 5, 3, 4},
-                        {2, 2, 3, 4},
-                        {2, 7, 3, 4}}) {
+  const std::array<int, 4> refused[] = {{1, 5, 3, 4}, {2, 5, 3, 6}, {2, 4, 3, 3}, {2, 5, 3, 3},
+                                        {3, 5, 3, 4}, {2, 2, 3, 4}, {2, 7, 3, 4}};
+  for (const auto& p : refused) {
     auto copy = path;
     std::array q = p;
     EXPECT_EQ(CRV_JoinTwoNodesWithOpenSubpathExt(copy.points.data(), copy.types.data(), copy.count(), &q[0],
@@ -145,17 +136,14 @@ TYPED_TEST(Join, EnabledEnds) {
   };
   for (const Case& c : cases) {
     const auto path = ParsePath<T>(c.svg);
-    EXPECT_EQ(test::ToSvg(After(path, 0, [](auto... a) { return CRV_JoinEnabled(a...); })),
-              test::ToSvg(ParsePath<T>(c.joined)))
-        << c.svg;
+    EXPECT_EQ(test::ToSvg(After(path, 0, CRV_JoinEnabled<T>)), test::ToSvg(ParsePath<T>(c.joined))) << c.svg;
     const int room = 2;
-    const auto lines = After(path, room, [](auto... a) { return CRV_JoinEnabledAddingLineSegments(a...); });
+    const auto lines = After(path, room, CRV_JoinEnabledAddingLineSegments<T>);
     EXPECT_EQ(test::ToSvg(lines), test::ToSvg(ParsePath<T>(c.withLines))) << c.svg;
     EXPECT_TRUE(test::IsWellFormed(lines));
   }
   // One closed subpath of one segment only: the byte of the bridge carries the selection of its end.
-  const auto bridge = After(ParsePath<T>("M0,0ne C4,0 6,0 8,4e"), 1,
-                            [](auto... a) { return CRV_JoinEnabledAddingLineSegments(a...); });
+  const auto bridge = After(ParsePath<T>("M0,0ne C4,0 6,0 8,4e"), 1, CRV_JoinEnabledAddingLineSegments<T>);
   EXPECT_EQ(bridge.Bytes(), (std::vector<int>{0x09, 0x41, 0xC0, 0xC0, 0x89}));
   for (const char* svg : {"M0,0 L4,0e", "M0,0e L4,0 L0,0eZ"}) {
     auto copy = ParsePath<T>(svg);
@@ -179,14 +167,13 @@ TYPED_TEST(Join, ClosingAllInOnePassEqualsOneByOne) {
     int ends = 0, open = 0;
     for (int i = 0; i < path.count(); ++i) {
       const bool isEnd = CRV_IsFirstOrLastOpenSubpathNode(path.types.data(), path.count(), i);
-      ends += isEnd && path.types[static_cast<std::size_t>(i)].IsEnabled();
-      open += isEnd && path.types[static_cast<std::size_t>(i)].IsMove();
+      ends += isEnd && path.type(i).IsEnabled();
+      open += isEnd && path.type(i).IsMove();
     }
     if (ends < 3) continue;
     for (const bool addLines : {false, true}) {
-      const auto fast = After(path, addLines ? open : 0, [&](T* p, NODETYPE* t, int n) {
-        return addLines ? CRV_JoinEnabledAddingLineSegments(p, t, n) : CRV_JoinEnabled(p, t, n);
-      });
+      const auto fast = After(path, addLines ? open : 0,
+                              addLines ? CRV_JoinEnabledAddingLineSegments<T> : CRV_JoinEnabled<T>);
       ASSERT_EQ(fast, slow::CloseEnabled(path, addLines)) << path;
       ASSERT_TRUE(test::IsWellFormed(fast)) << path;
       closed += fast.Bytes() != path.Bytes();

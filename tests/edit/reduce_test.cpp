@@ -14,10 +14,7 @@ using test::GuardedPath;
 using test::ParsePath;
 using test::Path;
 
-template <class T>
-class Reduce : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Reduce, PointTypes);
+LUMO_TYPED_SUITE(Reduce);
 
 template <class T>
 Path<T> Reduced(const Path<T>& path, double tolerance) {

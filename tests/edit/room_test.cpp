@@ -16,6 +16,7 @@
 #include "support/generators.h"
 #include "support/guarded_array.h"
 #include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -24,11 +25,11 @@ using test::GuardedPath;
 
 /// One call of an in-place function that needs `room` more slots than the path has nodes.
 template <class T>
-struct Grower {
+struct Call {
   const char* name;
   const char* svg;
   std::size_t room;
-  std::function<int(T*, NODETYPE*, int)> call;
+  std::function<int(T*, NODETYPE*, int)> run;
 };
 
 template <class T>
@@ -47,139 +48,104 @@ constexpr const char* kApart = "M0,0 e L9,0 L9,9 e";
 constexpr const char* kTwoApart = "M0,0 L9,0 e M20,0 e L30,0";
 constexpr const char* kManyApart = "M0,0 e L9,0 L9,9 e M20,0 e L30,0 L30,9 e M1,1 L2,2";
 
+/// A call by the name of its function, with the points `p`, the types `t` and the count `n`.
+#define LUMO_CALL(svg, room, name, ...) \
+  calls.push_back({#name, svg, room, [=](T* p, NODETYPE* t, int n) -> int { __VA_ARGS__; }})
+#define LUMO_GROWS(svg, room, name, ...) LUMO_CALL(svg, room, name, return __VA_ARGS__)
+#define LUMO_KEEPS(name, ...) LUMO_CALL("", 0, name, return static_cast<int>(__VA_ARGS__))
+
 /// Every in-place function that adds nodes, where it needs as much room as it states.
 template <class T>
-std::vector<Grower<T>> Growers() {
+std::vector<Call<T>> Growers() {
   const T point = test::MakePoint<T>(4, 4);
   const T* more = Source<T>();
-  return {
-      {"CRV_Add", kLine, 1, [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 1, 0.5, 1); }},
-      {"CRV_Add", kCurve, 3, [](T* p, NODETYPE* t, int n) { return n + CRV_Add(p, t, n, 3, 0.5, 1); }},
-      {"CRV_AddEnabled", kEnabled, 6, [](T* p, NODETYPE* t, int n) { return CRV_AddEnabled(p, t, n, 1, 1); }},
-      {"CRV_NodeEditAddEnabled", kEnabled, 6,
-       [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddEnabled(p, t, n); }},
-      {"CRV_NodeEditAddHere", kCurve, 3,
-       [](T* p, NODETYPE* t, int n) { return CRV_NodeEditAddHere(p, t, n, 3, 0.5); }},
-      {"CRV_AppendLine", kLine, 1,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, 0, point); }},
-      {"CRV_AppendLine", kLine, 1,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, n - 1, point); }},
-      {"CRV_AppendLine", kLine, 2,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendLine(p, t, n, n, point) + 1; }},
-      {"CRV_AppendMove", kLine, 1,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, 0, point); }},
-      {"CRV_AppendMove", kLine, 1,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, n - 1, point); }},
-      {"CRV_AppendMove", kLine, 2,
-       [=](T* p, NODETYPE* t, int n) { return CRV_AppendMove(p, t, n, n, point) + 1; }},
-      {"CRV_Append", kLine, 3,
-       [=](T* p, NODETYPE* t, int n) { return CRV_Append(p, t, n, 0, more, kSourceTypes, 3, 0); }},
-      {"CRV_Append", kLine, 3,
-       [=](T* p, NODETYPE* t, int n) { return CRV_Append(p, t, n, n - 1, more, kSourceTypes, 3, 0); }},
-      {"CRV_Append", kLine, 1,
-       [=](T* p, NODETYPE* t, int n) { return CRV_Append(p, t, n, 0, more, kSourceTypes, 2, 1); }},
-      {"CRV_BreakEnabled", kEnabled, 3,
-       [](T* p, NODETYPE* t, int n) { return CRV_BreakEnabled(p, t, n, 1); }},
-      {"CRV_NodeEditBreakEnabled", kEnabled, 3,
-       [](T* p, NODETYPE* t, int n) { return CRV_NodeEditBreakEnabled(p, t, n); }},
-      {"CRV_BreakAtLocation", kLine, 1,
-       [](T* p, NODETYPE* t, int n) { return CRV_BreakAtLocation(p, t, n, 1, 1); }},
-      {"CRV_BreakAtLocation", kLine, 2,
-       [](T* p, NODETYPE* t, int n) { return CRV_BreakAtLocation(p, t, n, 1, 0.5); }},
-      {"CRV_BreakAtLocation", kCurve, 4,
-       [](T* p, NODETYPE* t, int n) { return CRV_BreakAtLocation(p, t, n, 3, 0.5); }},
-      {"CRV_JoinEnabledAddingLineSegments", kApart, 1,
-       [](T* p, NODETYPE* t, int n) { return CRV_JoinEnabledAddingLineSegments(p, t, n); }},
-      {"CRV_JoinEnabledAddingLineSegments", kTwoApart, 1,
-       [](T* p, NODETYPE* t, int n) { return CRV_JoinEnabledAddingLineSegments(p, t, n) + 1; }},
-      {"CRV_JoinEnabledAddingLineSegments", kManyApart, 2,
-       [](T* p, NODETYPE* t, int n) { return CRV_JoinEnabledAddingLineSegments(p, t, n); }},
-      {"CRV_NodeEditJoinEnabledAddingLineSegments", kManyApart, 2,
-       [](T* p, NODETYPE* t, int n) { return CRV_NodeEditJoinEnabledAddingLineSegments(p, t, n); }},
-      {"CRV_ToCurveNode", kLineOnly, 2, [](T* p, NODETYPE* t, int n) { return CRV_ToCurveNode(p, t, n, 1); }},
-      {"CRV_ToCurveEnabled", kEnabled, 6,
-       [](T* p, NODETYPE* t, int n) { return CRV_ToCurveEnabled(p, t, n); }},
-      {"CRV_NodeEditToCurveEnabled", kEnabled, 6,
-       [](T* p, NODETYPE* t, int n) { return CRV_NodeEditToCurveEnabled(p, t, n); }},
-      {"PathInsNext", kLine, 2,
-       [](T* p, NODETYPE* t, int n) {
-         PathInsNext(t, p, 1, 2, n);
-         return n + 2;
-       }},
-      {"CopyPath", kLine, 2,
-       [=](T* p, NODETYPE* t, int n) {
-         Lumo::CopyPath(p, t, n - 1, more, kSourceTypes, 0, 3);
-         return n + 2;
-       }},
-      {"MovePath", kLine, 2,
-       [](T* p, NODETYPE* t, int n) {
-         Lumo::MovePath(p, t, 2, 0, n);
-         return n + 2;
-       }},
-  };
+  std::vector<Call<T>> calls;
+  LUMO_GROWS(kLine, 1, CRV_Add, n + CRV_Add(p, t, n, 1, 0.5, 1));
+  LUMO_GROWS(kCurve, 3, CRV_Add, n + CRV_Add(p, t, n, 3, 0.5, 1));
+  LUMO_GROWS(kEnabled, 6, CRV_AddEnabled, CRV_AddEnabled(p, t, n, 1, 1));
+  LUMO_GROWS(kEnabled, 6, CRV_NodeEditAddEnabled, CRV_NodeEditAddEnabled(p, t, n));
+  LUMO_GROWS(kCurve, 3, CRV_NodeEditAddHere, CRV_NodeEditAddHere(p, t, n, 3, 0.5));
+  LUMO_GROWS(kLine, 1, CRV_AppendLine, CRV_AppendLine(p, t, n, 0, point));
+  LUMO_GROWS(kLine, 1, CRV_AppendLine, CRV_AppendLine(p, t, n, n - 1, point));
+  LUMO_GROWS(kLine, 2, CRV_AppendLine, CRV_AppendLine(p, t, n, n, point) + 1);
+  LUMO_GROWS(kLine, 1, CRV_AppendMove, CRV_AppendMove(p, t, n, 0, point));
+  LUMO_GROWS(kLine, 1, CRV_AppendMove, CRV_AppendMove(p, t, n, n - 1, point));
+  LUMO_GROWS(kLine, 2, CRV_AppendMove, CRV_AppendMove(p, t, n, n, point) + 1);
+  LUMO_GROWS(kLine, 3, CRV_Append, CRV_Append(p, t, n, 0, more, kSourceTypes, 3, 0));
+  LUMO_GROWS(kLine, 3, CRV_Append, CRV_Append(p, t, n, n - 1, more, kSourceTypes, 3, 0));
+  LUMO_GROWS(kLine, 1, CRV_Append, CRV_Append(p, t, n, 0, more, kSourceTypes, 2, 1));
+  LUMO_GROWS(kEnabled, 3, CRV_BreakEnabled, CRV_BreakEnabled(p, t, n, 1));
+  LUMO_GROWS(kEnabled, 3, CRV_NodeEditBreakEnabled, CRV_NodeEditBreakEnabled(p, t, n));
+  LUMO_GROWS(kLine, 1, CRV_BreakAtLocation, CRV_BreakAtLocation(p, t, n, 1, 1));
+  LUMO_GROWS(kLine, 2, CRV_BreakAtLocation, CRV_BreakAtLocation(p, t, n, 1, 0.5));
+  LUMO_GROWS(kCurve, 4, CRV_BreakAtLocation, CRV_BreakAtLocation(p, t, n, 3, 0.5));
+  LUMO_GROWS(kApart, 1, CRV_JoinEnabledAddingLineSegments, CRV_JoinEnabledAddingLineSegments(p, t, n));
+  LUMO_GROWS(kTwoApart, 1, CRV_JoinEnabledAddingLineSegments, CRV_JoinEnabledAddingLineSegments(p, t, n) + 1);
+  LUMO_GROWS(kManyApart, 2, CRV_JoinEnabledAddingLineSegments, CRV_JoinEnabledAddingLineSegments(p, t, n));
+  LUMO_GROWS(kManyApart, 2, CRV_NodeEditJoinEnabledAddingLineSegments,
+             CRV_NodeEditJoinEnabledAddingLineSegments(p, t, n));
+  LUMO_GROWS(kLineOnly, 2, CRV_ToCurveNode, CRV_ToCurveNode(p, t, n, 1));
+  LUMO_GROWS(kEnabled, 6, CRV_ToCurveEnabled, CRV_ToCurveEnabled(p, t, n));
+  LUMO_GROWS(kEnabled, 6, CRV_NodeEditToCurveEnabled, CRV_NodeEditToCurveEnabled(p, t, n));
+  LUMO_GROWS(kLine, 2, PathInsNext, (PathInsNext(t, p, 1, 2, n), n + 2));
+  LUMO_GROWS(kLine, 2, CopyPath, (Lumo::CopyPath(p, t, n - 1, more, kSourceTypes, 0, 3), n + 2));
+  LUMO_GROWS(kLine, 2, MovePath, (Lumo::MovePath(p, t, 2, 0, n), n + 2));
+  return calls;
 }
 
 /// Every in-place function that needs no room, with arguments that suit a path of at least one node.
 template <class T>
-std::vector<Grower<T>> Keepers() {
+std::vector<Call<T>> Keepers() {
   static const TavMath::MATRIX matrix{2, 1, -1, 2, 5, -5};
   static const Lumo::CurveRepairSettings settings{};
-#define LUMO_KEEPER(name, ...) {#name, "", 0, [](T* p, NODETYPE* t, int n) -> int { __VA_ARGS__; }}
-  return {
-    LUMO_KEEPER(CRV_Remove, return CRV_Remove(p, t, n, n / 2, 2)),
-        LUMO_KEEPER(CRV_RemoveOpenSubpaths, return CRV_RemoveOpenSubpaths(p, t, n)),
-        LUMO_KEEPER(CRV_ReverseThisSubpath, CRV_ReverseThisSubpath(p, t, n, n / 2); return n),
-        LUMO_KEEPER(CRV_JoinTwoNodesExt, int at = 0; return CRV_JoinTwoNodesExt(p, t, n, 0, n - 1, &at)),
-        LUMO_KEEPER(CRV_JoinTwoNodes, return CRV_JoinTwoNodes(p, t, n, 0, n - 1)),
-        LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpathExt, int a = n - 1; int b = -1; int c = 0;
-                    int d = CRV_LastNodeOfThisSubpath(t, n, 0);
-                    return CRV_JoinTwoNodesWithOpenSubpathExt(p, t, n, &a, &b, &c, &d)),
-        LUMO_KEEPER(CRV_JoinTwoNodesWithOpenSubpath,
-                    return CRV_JoinTwoNodesWithOpenSubpath(p, t, n, n - 1, -1, 0,
-                                                           CRV_LastNodeOfThisSubpath(t, n, 0))),
-        LUMO_KEEPER(CRV_JoinEnabled, return CRV_JoinEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_NodeEditJoinEnabled, return CRV_NodeEditJoinEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_DeleteEnabled, return CRV_DeleteEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_NodeEditDeleteEnabled, return CRV_NodeEditDeleteEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_DeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
-                    const int result = CRV_DeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
-                    return result),
-        LUMO_KEEPER(CRV_NodeEditDeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
-                    const int result = CRV_NodeEditDeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
-                    return result),
-        LUMO_KEEPER(CRV_NodeEditToLineEnabled, return CRV_NodeEditToLineEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_NodeEditSetContEnabled,
-                    return CRV_NodeEditSetContEnabled(p, t, n, ContinuityType::symmetric)),
-        LUMO_KEEPER(CRV_NodeEditReduceEnabled, return CRV_NodeEditReduceEnabled(p, t, n, 50)),
-        LUMO_KEEPER(CRV_NodeEditReduceEnabledDouble,
-                    test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
-                    return CRV_NodeEditReduceEnabledDouble(p, t, n, 50, second.data())),
-        LUMO_KEEPER(CRV_ToLineNode, return CRV_ToLineNode(p, t, n, n - 1)),
-        LUMO_KEEPER(CRV_ToLineEnabled, return CRV_ToLineEnabled(p, t, n)),
-        LUMO_KEEPER(CRV_SetContEnabled, return CRV_SetContEnabled(p, t, n, ContinuityType::smooth)),
-        LUMO_KEEPER(CRV_ReduceEnabled, return CRV_ReduceEnabled(p, t, n, 50)),
-        LUMO_KEEPER(CRV_ReduceEnabledDouble, test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
-                    return CRV_ReduceEnabledDouble(p, t, n, 50, second.data())),
-        LUMO_KEEPER(CRV_TransferThisThinSubpathToRegular,
-                    return CRV_TransferThisThinSubpathToRegular(p, t, n, n / 2, 500)),
-        LUMO_KEEPER(CRV_TransferAllThinSubpathsToRegular,
-                    return CRV_TransferAllThinSubpathsToRegular(p, t, n, 500)),
-        LUMO_KEEPER(CRV_RepairClosedCurveAfterWeld, return CRV_RepairClosedCurveAfterWeld(p, t, n, 500)),
-        LUMO_KEEPER(CRV_RepairBadClosedSubpaths, CRV_RepairBadClosedSubpaths(p, t, n); return n),
-        LUMO_KEEPER(SmoothNode, SmoothNode(p, t, n, n / 2); return n),
-        LUMO_KEEPER(SmoothEnabledNodes, return SmoothEnabledNodes(p, t, n)),
-        LUMO_KEEPER(SmoothNodes, return SmoothNodes(p, t, n)),
-        LUMO_KEEPER(CRV_TransformEnabled, return CRV_TransformEnabled(p, t, n, &matrix, 1)),
-        LUMO_KEEPER(PathDelNext, PathDelNext(t, p, n / 2, 1, n); return n - 1),
-        LUMO_KEEPER(Reverse, Lumo::Reverse(p, t, n); Lumo::Reverse(p, t, n / 2, n - 1); return n),
-        LUMO_KEEPER(ScrubDanglingMoves, return Lumo::ScrubDanglingMoves(p, t, n, true)),
-        LUMO_KEEPER(RemoveZeroLengthSegments, return static_cast<int>(Lumo::RemoveZeroLengthSegments(
-                                                  p, t, static_cast<std::size_t>(n)))),
-        LUMO_KEEPER(RemoveShortSegments, return Lumo::RemoveShortSegments(p, t, n, 300, 300)),
-        LUMO_KEEPER(RemoveSmallSubpaths, return Lumo::RemoveSmallSubpaths(p, t, n, 300)),
-        LUMO_KEEPER(RepairContinuity, Lumo::RepairContinuity(p, t, n, settings); return n),
-  };
-#undef LUMO_KEEPER
+  std::vector<Call<T>> calls;
+  LUMO_KEEPS(CRV_Remove, CRV_Remove(p, t, n, n / 2, 2));
+  LUMO_KEEPS(CRV_RemoveOpenSubpaths, CRV_RemoveOpenSubpaths(p, t, n));
+  LUMO_KEEPS(CRV_ReverseThisSubpath, (CRV_ReverseThisSubpath(p, t, n, n / 2), n));
+  LUMO_CALL("", 0, CRV_JoinTwoNodesExt, int at = 0; return CRV_JoinTwoNodesExt(p, t, n, 0, n - 1, &at));
+  LUMO_KEEPS(CRV_JoinTwoNodes, CRV_JoinTwoNodes(p, t, n, 0, n - 1));
+  LUMO_CALL("", 0, CRV_JoinTwoNodesWithOpenSubpathExt, int a = n - 1; int b = -1; int c = 0;
+            int d = CRV_LastNodeOfThisSubpath(t, n, 0);
+            return CRV_JoinTwoNodesWithOpenSubpathExt(p, t, n, &a, &b, &c, &d));
+  LUMO_KEEPS(CRV_JoinTwoNodesWithOpenSubpath,
+             CRV_JoinTwoNodesWithOpenSubpath(p, t, n, n - 1, -1, 0, CRV_LastNodeOfThisSubpath(t, n, 0)));
+  LUMO_KEEPS(CRV_JoinEnabled, CRV_JoinEnabled(p, t, n));
+  LUMO_KEEPS(CRV_NodeEditJoinEnabled, CRV_NodeEditJoinEnabled(p, t, n));
+  LUMO_KEEPS(CRV_DeleteEnabled, CRV_DeleteEnabled(p, t, n));
+  LUMO_KEEPS(CRV_NodeEditDeleteEnabled, CRV_NodeEditDeleteEnabled(p, t, n));
+  LUMO_CALL("", 0, CRV_DeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
+            const int result = CRV_DeleteEnabledEx(p, t, n, &runs, &k); std::free(runs); return result);
+  LUMO_CALL("", 0, CRV_NodeEditDeleteEnabledEx, WDeleteRunInfo* runs = nullptr; int k = 0;
+            const int result = CRV_NodeEditDeleteEnabledEx(p, t, n, &runs, &k); std::free(runs);
+            return result);
+  LUMO_KEEPS(CRV_NodeEditToLineEnabled, CRV_NodeEditToLineEnabled(p, t, n));
+  LUMO_KEEPS(CRV_NodeEditSetContEnabled, CRV_NodeEditSetContEnabled(p, t, n, ContinuityType::symmetric));
+  LUMO_KEEPS(CRV_NodeEditReduceEnabled, CRV_NodeEditReduceEnabled(p, t, n, 50));
+  LUMO_CALL("", 0, CRV_NodeEditReduceEnabledDouble,
+            test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
+            return CRV_NodeEditReduceEnabledDouble(p, t, n, 50, second.data()));
+  LUMO_KEEPS(CRV_ToLineNode, CRV_ToLineNode(p, t, n, n - 1));
+  LUMO_KEEPS(CRV_ToLineEnabled, CRV_ToLineEnabled(p, t, n));
+  LUMO_KEEPS(CRV_SetContEnabled, CRV_SetContEnabled(p, t, n, ContinuityType::smooth));
+  LUMO_KEEPS(CRV_ReduceEnabled, CRV_ReduceEnabled(p, t, n, 50));
+  LUMO_CALL("", 0, CRV_ReduceEnabledDouble, test::GuardedArray<DPoint> second(static_cast<std::size_t>(n));
+            return CRV_ReduceEnabledDouble(p, t, n, 50, second.data()));
+  LUMO_KEEPS(CRV_TransferThisThinSubpathToRegular, CRV_TransferThisThinSubpathToRegular(p, t, n, n / 2, 500));
+  LUMO_KEEPS(CRV_TransferAllThinSubpathsToRegular, CRV_TransferAllThinSubpathsToRegular(p, t, n, 500));
+  LUMO_KEEPS(CRV_RepairClosedCurveAfterWeld, CRV_RepairClosedCurveAfterWeld(p, t, n, 500));
+  LUMO_KEEPS(CRV_RepairBadClosedSubpaths, (CRV_RepairBadClosedSubpaths(p, t, n), n));
+  LUMO_KEEPS(SmoothNode, (SmoothNode(p, t, n, n / 2), n));
+  LUMO_KEEPS(SmoothEnabledNodes, SmoothEnabledNodes(p, t, n));
+  LUMO_KEEPS(SmoothNodes, SmoothNodes(p, t, n));
+  LUMO_KEEPS(CRV_TransformEnabled, CRV_TransformEnabled(p, t, n, &matrix, 1));
+  LUMO_KEEPS(PathDelNext, (PathDelNext(t, p, n / 2, 1, n), n - 1));
+  LUMO_KEEPS(Reverse, (Lumo::Reverse(p, t, n), Lumo::Reverse(p, t, n / 2, n - 1), n));
+  LUMO_KEEPS(ScrubDanglingMoves, Lumo::ScrubDanglingMoves(p, t, n, true));
+  LUMO_KEEPS(RemoveZeroLengthSegments, Lumo::RemoveZeroLengthSegments(p, t, static_cast<std::size_t>(n)));
+  LUMO_KEEPS(RemoveShortSegments, Lumo::RemoveShortSegments(p, t, n, 300, 300));
+  LUMO_KEEPS(RemoveSmallSubpaths, Lumo::RemoveSmallSubpaths(p, t, n, 300));
+  LUMO_KEEPS(RepairContinuity, (Lumo::RepairContinuity(p, t, n, settings), n));
+  return calls;
 }
 
 /// The functions over arrays that may be written, read from a public header.
@@ -201,10 +167,7 @@ std::set<std::string> WritersOf(const std::string& header) {
   return names;
 }
 
-template <class T>
-class Room : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Room, PointTypes);
+LUMO_TYPED_SUITE(Room);
 
 TEST(RoomTable, NamesEveryInPlaceFunction) {
   std::set<std::string> missing;
@@ -222,7 +185,7 @@ TYPED_TEST(Room, TheStatedSlotsSufficeAndTheLastIsUsed) {
     SCOPED_TRACE(grower.name);
     const auto path = test::ParsePath<T>(grower.svg);
     GuardedPath<T> g(path, grower.room);
-    const int result = grower.call(g.points.data(), g.types.data(), g.count);
+    const int result = grower.run(g.points.data(), g.types.data(), g.count);
     EXPECT_EQ(result, static_cast<int>(path.points.size() + grower.room));
     EXPECT_NE(g.types[g.types.size() - 1], NODETYPE(0xA5)) << "it states more room than it needs";
   }
@@ -238,7 +201,7 @@ TYPED_TEST(Room, WhatNeedsNoneStaysInTheArrays) {
           k % 3 == 0 ? test::RandomMalformedPath<T>(bits, 1 + k / 5) : test::RandomPath<T>(bits);
       if (path.empty()) continue;
       GuardedPath<T> g(path);
-      const int result = keeper.call(g.points.data(), g.types.data(), g.count);
+      const int result = keeper.run(g.points.data(), g.types.data(), g.count);
       ASSERT_LE(result, path.count()) << path;
       ASSERT_TRUE(g.points.Intact() && g.types.Intact()) << path;
     }
@@ -257,8 +220,8 @@ TYPED_TEST(Room, OneSlotLessIsNoticedBeforeItIsWritten) {
         fewPoints(path.points, path.points.size() + grower.room - 1);
     test::GuardedArray<NODETYPE> types(path.types, path.types.size() + grower.room),
         fewTypes(path.types, path.types.size() + grower.room - 1);
-    EXPECT_DEATH(grower.call(fewPoints.data(), types.data(), path.count()), "no room for");
-    EXPECT_DEATH(grower.call(points.data(), fewTypes.data(), path.count()), "no room for");
+    EXPECT_DEATH(grower.run(fewPoints.data(), types.data(), path.count()), "no room for");
+    EXPECT_DEATH(grower.run(points.data(), fewTypes.data(), path.count()), "no room for");
   }
 }
 #endif

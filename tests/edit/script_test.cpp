@@ -26,11 +26,6 @@ int ApplyGuarded(const script::Edit& edit, Path<T>& path) {
   return result;
 }
 
-testing::AssertionResult AgreesWithTheValidityTest(const std::vector<NODETYPE>& types) {
-  if (Lumo::IsValidCurve(types.data(), types.size())) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << "IsValidCurve says no";
-}
-
 TEST(EditScript, KeepsPathsWellFormedAndBothVariantsInStep) {
   int edits = 0, changes = 0, failures = 0;
   for (std::uint64_t seed = 1; seed <= 60; ++seed) {
@@ -51,7 +46,8 @@ TEST(EditScript, KeepsPathsWellFormedAndBothVariantsInStep) {
       const int other = ApplyGuarded(edit, doubles);
       ASSERT_TRUE(test::IsWellFormed(ints)) << "verb " << edit.verb << " seed " << seed << "\n" << before;
       ASSERT_TRUE(test::IsWellFormed(doubles)) << "verb " << edit.verb << " seed " << seed << "\n" << before;
-      ASSERT_TRUE(AgreesWithTheValidityTest(ints.types)) << "verb " << edit.verb << "\n" << before;
+      ASSERT_TRUE(Lumo::IsValidCurve(ints.types.data(), ints.types.size())) << "verb " << edit.verb << "\n"
+                                                                            << before;
       changes += !(before == ints);
       failures += result < 0;
       // Which curve counts as near enough hangs on rounded handles; everything else on the bytes alone.
@@ -65,21 +61,18 @@ TEST(EditScript, KeepsPathsWellFormedAndBothVariantsInStep) {
 }
 
 /// The angle between the incoming handle and the extension of the outgoing one at smooth nodes between two
-/// curves, at its worst (radians); short handles, whose direction
-/// rounding decides, are left out. -1 when handles coincide: a fold has no chord to be aligned with.
+/// curves, at its worst (radians); short handles, whose direction rounding decides, are left out. -1 when
+/// handles coincide: a fold has no chord to be aligned with.
 template <class T>
 double WorstBend(const Path<T>& path) {
   double worst = 0;
   for (int i = 0; i < path.count(); ++i) {
-    const NODETYPE type = path.types[static_cast<std::size_t>(i)];
+    const NODETYPE type = path.type(i);
     if (type.IsControl() || type.IsCusp()) continue;
     const int before = CRV_GetArcBefore(path.types.data(), path.count(), i);
     const int after = CRV_GetArcAfter(path.types.data(), path.count(), i);
     if (before < 0 || after < 0) continue;
-    const auto at = [&](int k) {
-      const T& p = path.points[static_cast<std::size_t>(k)];
-      return DPoint{static_cast<double>(p.x), static_cast<double>(p.y)};
-    };
+    const auto at = [&](int k) { return test::AsDouble(path.point(k)); };
     const auto in = at(i) - at(before), out = at(after) - at(i);
     if (Length(in) < 2000 || Length(out) < 2000) continue;
     if (Length(in + out) < 2000) return -1;
@@ -88,10 +81,7 @@ double WorstBend(const Path<T>& path) {
   return worst;
 }
 
-template <class T>
-class Smoothness : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Smoothness, PointTypes);
+LUMO_TYPED_SUITE(Smoothness);
 
 TYPED_TEST(Smoothness, OutlivesEveryEdit) {
   using T = TypeParam;

@@ -9,6 +9,7 @@
 #include "support/generators.h"
 #include "support/guarded_array.h"
 #include "support/oracles.h"
+#include "support/point_types.h"
 
 namespace slow {
 
@@ -17,15 +18,19 @@ using test::Path;
 /// Room for `room` more nodes than the path has; the arrays only ever hold what an edit may use.
 template <class T>
 Path<T> WithRoom(Path<T> path, int room) {
-  path.points.resize(path.points.size() + static_cast<std::size_t>(room));
-  path.types.resize(path.types.size() + static_cast<std::size_t>(room));
+  path.Resize(path.count() + room);
   return path;
 }
 template <class T>
 Path<T> Cut(Path<T> path, int count) {
-  path.points.resize(static_cast<std::size_t>(count));
-  path.types.resize(static_cast<std::size_t>(count));
+  path.Resize(count);
   return path;
+}
+
+template <class T>
+void Erase(Path<T>& path, int first, int n) {
+  path.points.erase(path.points.begin() + first, path.points.begin() + first + n);
+  path.types.erase(path.types.begin() + first, path.types.begin() + first + n);
 }
 
 template <class T>
@@ -33,24 +38,21 @@ Path<T> ToCurveEnabled(const Path<T>& source) {
   int count = source.count();
   Path<T> path = WithRoom(source, 2 * count);
   for (int i = 0; i < count; ++i) {
-    if (path.types[static_cast<std::size_t>(i)].IsEnabled())
-      count = CRV_ToCurveNode(path.points.data(), path.types.data(), count, i);
+    if (path.type(i).IsEnabled()) count = CRV_ToCurveNode(path.points.data(), path.types.data(), count, i);
   }
   return Cut(path, count);
 }
 
 template <class T>
 Path<T> ToLineEnabled(Path<T> path) {
-  const auto cusp = [&](int i) { path.types[static_cast<std::size_t>(i)] &= 0xCF; };
-  const auto isLine = [&](int i) { return path.types[static_cast<std::size_t>(i)].IsLine(); };
+  const auto cusp = [&](int i) { path.type(i) &= 0xCF; };
+  const auto isLine = [&](int i) { return path.type(i).IsLine(); };
   for (int i = 0; i < path.count(); ++i) {
-    const NODETYPE byte = path.types[static_cast<std::size_t>(i)];
+    const NODETYPE byte = path.type(i);
     if (!byte.IsEnabled() || !byte.IsCurve()) continue;
-    path.points.erase(path.points.begin() + i - 2, path.points.begin() + i);
-    path.types.erase(path.types.begin() + i - 2, path.types.begin() + i);
     i -= 2;
-    path.types[static_cast<std::size_t>(i)] =
-        static_cast<unsigned char>((byte & 0x3B) | 0x40 | (byte.IsClosed() ? 0 : 4));
+    Erase(path, i, 2);
+    path.type(i) = static_cast<unsigned char>((byte & 0x3B) | 0x40 | (byte.IsClosed() ? 0 : 4));
     const int count = path.count();
     const int s = CRV_FirstNodeOfThisSubpath(path.types.data(), count, i);
     const int e = CRV_LastNodeOfThisSubpath(path.types.data(), count, i);
@@ -68,14 +70,14 @@ Path<T> AddEnabled(const Path<T>& source, int enableOld, int enableNew) {
   int count = source.count();
   Path<T> path = WithRoom(source, 3 * count);
   for (int i = 0; i < count;) {
-    if (!path.types[static_cast<std::size_t>(i)].IsEnabled()) {
+    if (!path.type(i).IsEnabled()) {
       ++i;
       continue;
     }
     const int n = CRV_Add(path.points.data(), path.types.data(), count, i, 0.5, 1);
     count += n;
-    path.types[static_cast<std::size_t>(i)].Set(NODETYPE::kEnabled, (enableNew & 1) != 0);
-    NODETYPE& old = path.types[static_cast<std::size_t>(i + n)];
+    path.type(i).Set(NODETYPE::kEnabled, (enableNew & 1) != 0);
+    NODETYPE& old = path.type(i + n);
     old.Set(NODETYPE::kEnabled, (enableOld & 1) != 0);
     if (old.IsControl() && !old.IsEnabled()) old.Set(NODETYPE::kUser, false);
     i += n + 1;
@@ -83,16 +85,10 @@ Path<T> AddEnabled(const Path<T>& source, int enableOld, int enableNew) {
   return Cut(path, count);
 }
 
-template <class T>
-void Erase(Path<T>& path, int first, int n) {
-  path.points.erase(path.points.begin() + first, path.points.begin() + first + n);
-  path.types.erase(path.types.begin() + first, path.types.begin() + first + n);
-}
-
 /// The tidy-up as one walk in which nodes vanish and subpaths turn under the walker.
 template <class T>
 void TidyUp(Path<T>& path) {
-  const auto type = [&](int i) -> NODETYPE& { return path.types[static_cast<std::size_t>(i)]; };
+  const auto type = [&](int i) -> NODETYPE& { return path.type(i); };
   bool pending = false;
   if (!path.empty()) type(0) &= type(0).IsMove() ? 0xFF : 0x3F;
   for (int i = 0; i < path.count(); ++i) {
@@ -118,10 +114,9 @@ void TidyUp(Path<T>& path) {
         while (e < path.count() && !type(e).IsClosed()) ++e;
         if (e < path.count() && !type(e).IsMove()) {
           Path<T> turned;
-          for (int k = i; k < e; ++k) turned.Add(type(k), path.points[static_cast<std::size_t>(k)]);
-          turned.Add(static_cast<unsigned char>((type(s) & 0x37) | type(e).Kind()),
-                     path.points[static_cast<std::size_t>(e)]);
-          for (int k = s + 1; k < i; ++k) turned.Add(type(k), path.points[static_cast<std::size_t>(k)]);
+          for (int k = i; k < e; ++k) turned.Add(type(k), path.point(k));
+          turned.Add(static_cast<unsigned char>((type(s) & 0x37) | type(e).Kind()), path.point(e));
+          for (int k = s + 1; k < i; ++k) turned.Add(type(k), path.point(k));
           Erase(path, s, 1);
           for (std::size_t k = 0; k < turned.types.size(); ++k) {
             path.types[static_cast<std::size_t>(s) + k] = turned.types[k];
@@ -137,7 +132,7 @@ void TidyUp(Path<T>& path) {
 
 template <class T>
 Path<T> BreakEnabled(Path<T> path, int keepEnabled) {
-  const auto type = [&](int i) -> NODETYPE& { return path.types[static_cast<std::size_t>(i)]; };
+  const auto type = [&](int i) -> NODETYPE& { return path.type(i); };
   const auto end = [&](int i) {
     type(i) |= 0x04;
     type(i) &= 0xCF;
@@ -155,7 +150,7 @@ Path<T> BreakEnabled(Path<T> path, int keepEnabled) {
       type(other) &= 0xF7;
       end(other);
     } else {
-      path.points.insert(path.points.begin() + i, path.points[static_cast<std::size_t>(i)]);
+      path.points.insert(path.points.begin() + i, path.point(i));
       path.types.insert(path.types.begin() + i, type(i));
       type(i + 1) &= 0x07;
       end(i++);
@@ -170,8 +165,8 @@ template <class T>
 Path<T> CloseEnabled(const Path<T>& source, bool addLines) {
   int count = source.count();
   Path<T> path = WithRoom(source, count + 4);
-  const auto type = [&](int i) -> NODETYPE& { return path.types[static_cast<std::size_t>(i)]; };
-  const auto point = [&](int i) -> T& { return path.points[static_cast<std::size_t>(i)]; };
+  const auto type = [&](int i) -> NODETYPE& { return path.type(i); };
+  const auto point = [&](int i) -> T& { return path.point(i); };
   for (int i = 0; i < count; ++i) {
     const int e = CRV_LastNodeOfThisSubpath(path.types.data(), count, i);
     if (!type(i).IsMove() || type(i).IsClosed() || e == i) continue;

@@ -107,12 +107,12 @@ struct GuardedPath {
   int count;
 };
 
-/// The path after an edit in arrays of exactly `room` nodes more: edit(points, types, count) gives the new
-/// count.
+/// The path after an edit in arrays of exactly `room` nodes more: edit(points, types, count, arguments...)
+/// gives the new count.
 template <class T>
-Path<T> After(const Path<T>& path, int room, auto edit) {
+Path<T> After(const Path<T>& path, int room, auto edit, auto... arguments) {
   GuardedPath<T> g(path, static_cast<std::size_t>(room));
-  const int count = edit(g.points.data(), g.types.data(), g.count);
+  const int count = edit(g.points.data(), g.types.data(), g.count, arguments...);
   EXPECT_GE(count, 0) << path;
   return g.Copy(count);
 }
