@@ -6,6 +6,7 @@
 #include "support/generators.h"
 #include "support/guarded_array.h"
 #include "support/oracles.h"
+#include "support/point_types.h"
 #include "tav/math/cubic_bezier.h"
 
 namespace {
@@ -30,10 +31,7 @@ CurveRepairSettings AllOn() {
   return settings;
 }
 
-template <class T>
-class CurveRepair : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(CurveRepair, PointTypes);
+LUMO_TYPED_SUITE(CurveRepair);
 
 TYPED_TEST(CurveRepair, MendsStructure) {
   using T = TypeParam;
@@ -100,9 +98,8 @@ TYPED_TEST(CurveRepair, DropsShortSegmentsButNeverEndsOrWholeSubpaths) {
       {"M0,0 L100,0 L50,4 Z", "M0,0 L100,0 L50,4 Z"},  // three lines of a closed subpath
   };
   for (const Case& c : cases) {
-    test::GuardedPath<T> g(ParsePath<T>(c.svg));
-    const int n = Lumo::RemoveShortSegments(g.points.data(), g.types.data(), g.count, 10, 10);
-    EXPECT_EQ(g.Copy(n), ParsePath<T>(c.left)) << c.svg;
+    EXPECT_EQ(test::After(ParsePath<T>(c.svg), 0, Lumo::RemoveShortSegments<T>, 10, 10), ParsePath<T>(c.left))
+        << c.svg;
   }
   auto path = ParsePath<T>("M0,0 L100,0 L105,0 L200,0");
   EXPECT_EQ(Lumo::RemoveShortSegments(path.points.data(), path.types.data(), 4, 4, 100), 4)
@@ -132,11 +129,9 @@ TYPED_TEST(CurveRepair, DropsSegmentsWithoutLength) {
 
 TYPED_TEST(CurveRepair, DropsSmallSubpathsByTheirBox) {
   using T = TypeParam;
-  auto path = ParsePath<T>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z");
-  const int n = Lumo::RemoveSmallSubpaths(path.points.data(), path.types.data(), path.count(), 10);
-  path.points.resize(static_cast<std::size_t>(n));
-  path.types.resize(static_cast<std::size_t>(n));
-  EXPECT_EQ(path, ParsePath<T>("M0,0 L10,0 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z"));
+  const auto path = ParsePath<T>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z");
+  EXPECT_EQ(test::After(path, 0, Lumo::RemoveSmallSubpaths<T>, 10),
+            ParsePath<T>("M0,0 L10,0 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z"));
 }
 
 TYPED_TEST(CurveRepair, MovesHandlesOffTheirNode) {
@@ -161,9 +156,7 @@ TYPED_TEST(CurveRepair, MovesHandlesOffTheirNode) {
 /// The radius of curvature at the start, from the control points.
 template <class T>
 double StartRadius(const Path<T>& path) {
-  const auto at = [&](std::size_t k) {
-    return DPoint{static_cast<double>(path.points[k].x), static_cast<double>(path.points[k].y)};
-  };
+  const auto at = [&](int k) { return test::AsDouble(path.point(k)); };
   const auto h = at(1) - at(0);
   return 1.5 * std::pow(Length(h), 3) / std::fabs(Cross(h, at(2) - at(1)));
 }
@@ -196,8 +189,7 @@ TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
   const auto loops = [](const Path<T>& path) {
     DPoint p[4], at;
     double t0, t1;
-    for (std::size_t k = 0; k < 4; ++k)
-      p[k] = {static_cast<double>(path.points[k].x), static_cast<double>(path.points[k].y)};
+    for (int k = 0; k < 4; ++k) p[k] = test::AsDouble(path.point(k));
     return TavMath::CubicBezier::FindBezierSelfIntersection(p, t0, t1, at);
   };
   test::Bits bits(94);
@@ -286,10 +278,7 @@ TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
   for (int k = 0; k < 3000; ++k) {
     const auto path =
         bits.OneIn(2) ? test::RandomMalformedPath<T>(bits, 24, options) : test::RandomPath<T>(bits, options);
-    auto scrubbed = path;
-    const int n = Lumo::ScrubDanglingMoves(scrubbed.points.data(), scrubbed.types.data(), path.count(), true);
-    scrubbed.points.resize(static_cast<std::size_t>(n));
-    scrubbed.types.resize(static_cast<std::size_t>(n));
+    auto scrubbed = test::After(path, 0, Lumo::ScrubDanglingMoves<T>, true);
     Lumo::FixNodeTypes(scrubbed.types.data(), scrubbed.types.size());
     for (const auto& settings : {CurveRepairSettings(), AllOn()}) {
       for (const auto& source : {path, scrubbed}) {

@@ -6,6 +6,7 @@
 #include "support/generators.h"
 #include "support/guarded_array.h"
 #include "support/oracles.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -89,19 +90,14 @@ TEST(FixNodeTypes, ReportsExactlyWhetherAByteChangedAndSettles) {
   EXPECT_FALSE(Lumo::FixNodeTypes(nullptr, 3));
 }
 
-template <class T>
-class Repair : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Repair, PointTypes);
+LUMO_TYPED_SUITE(Repair);
 
 TYPED_TEST(Repair, ScrubRemovesMovesThatStartNothing) {
   test::Path<TypeParam> path{{{0, 0}, {1, 0}, {2, 0}, {3, 0}}, {0x00, 0x00, 0x40, 0x00}};
-  test::GuardedPath<TypeParam> guarded(path);
-  const int n = Lumo::ScrubDanglingMoves(guarded.points.data(), guarded.types.data(), 4, true);
-  ASSERT_EQ(n, 2);
-  EXPECT_EQ(guarded.Copy(n), (test::Path<TypeParam>{{{1, 0}, {2, 0}}, {0x04, 0x44}}));
+  EXPECT_EQ(test::After(path, 0, Lumo::ScrubDanglingMoves<TypeParam>, true),
+            (test::Path<TypeParam>{{{1, 0}, {2, 0}}, {0x04, 0x44}}));
   EXPECT_EQ(Lumo::ScrubDanglingMoves<TypeParam>(nullptr, nullptr, 4, true), 0);
-  EXPECT_EQ(Lumo::ScrubDanglingMoves(guarded.points.data(), guarded.types.data(), 0, true), 0);
+  EXPECT_EQ(Lumo::ScrubDanglingMoves(path.points.data(), path.types.data(), 0, true), 0);
 }
 
 TYPED_TEST(Repair, ScrubHandsTheLetterOnOrClearsItEverywhere) {

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "hierarchy/tolerances.h"
-#include "lumo/polycurve.h"
+#include "support/curves.h"
 
 namespace {
 
@@ -54,13 +54,7 @@ TEST(HierarchyBuilder, NestsAsTheTreeWithAllSamplePointsDoes) {
 }
 
 TEST(HierarchyBuilder, LeavesTheSamplePointsOfSubpathsThatAreApartUnsought) {
-  Path path;
-  for (const double x : {0.0, 100.0}) {
-    path.PushBack(TavMath::DPoint{x, 0}, NODETYPE(0x0C));
-    path.PushBack(TavMath::DPoint{x + 9, 0}, NODETYPE(0x44));
-    path.PushBack(TavMath::DPoint{x, 9}, NODETYPE(0x44));
-    path.PushBack(TavMath::DPoint{x, 0}, NODETYPE(0x48));
-  }
+  const Path path = test::ParseCurve<TavMath::DPoint>("M0,0 L9,0 L0,9 Z M100,0 L109,0 L100,9 Z");
   const SubpathTreeNode tree = HierarchyBuilder::Nesting(path.GetPoints(), path.GetNodeTypes(), 8);
   ASSERT_EQ(tree.GetNumberOfChildren(), 2u);
   EXPECT_EQ(tree.GetChild(0).GetSamplePoint(), (TavMath::DPoint{0, 0}));

@@ -8,6 +8,8 @@
 #include <string>
 
 #include "lumo/measure.h"
+#include "support/curves.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -16,23 +18,16 @@ using Lumo::PolycurveT;
 using Lumo::SubpathHierarchy;
 using Lumo::SubpathTreeNode;
 using TavMath::DPoint;
+using test::MakePoint;
 
-template <class T>
-class Hierarchy : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(Hierarchy, PointTypes);
-
-template <class T>
-T At(double x, double y) {
-  return {static_cast<decltype(T::x)>(x), static_cast<decltype(T::y)>(y)};
-}
+LUMO_TYPED_SUITE(Hierarchy);
 
 /// A closed square, counter-clockwise (negative area) or clockwise.
 template <class T>
 void AddSquare(PolycurveT<T>& path, double x, double y, double size, bool clockwise = false) {
-  const T corner[5] = {At<T>(x, y), At<T>(x + (clockwise ? 0 : size), y + (clockwise ? size : 0)),
-                       At<T>(x + size, y + size),
-                       At<T>(x + (clockwise ? size : 0), y + (clockwise ? 0 : size)), At<T>(x, y)};
+  const T start = MakePoint<T>(x, y), opposite = MakePoint<T>(x + size, y + size);
+  const T beside = MakePoint<T>(x + size, y), above = MakePoint<T>(x, y + size);
+  const T corner[5] = {start, clockwise ? above : beside, opposite, clockwise ? beside : above, start};
   const NODETYPE types[5] = {0x0C, 0x44, 0x44, 0x44, 0x48};
   path.PushBack(corner, types, 5);
 }
@@ -44,7 +39,7 @@ void AddDisc(PolycurveT<T>& path, double x, double y, double r) {
                             {-r, -h}, {-h, -r}, {0, -r}, {h, -r}, {r, -h}, {r, 0}};
   for (int k = 0; k < 13; ++k) {
     const unsigned char type = k == 0 ? 0x0C : k == 12 ? 0x88 : k % 3 == 0 ? 0x84 : 0xC0;
-    path.PushBack(At<T>(x + xy[k][0], y + xy[k][1]), NODETYPE(type));
+    path.PushBack(MakePoint<T>(x + xy[k][0], y + xy[k][1]), NODETYPE(type));
   }
 }
 
@@ -86,8 +81,8 @@ TYPED_TEST(Hierarchy, KeepsOpenSubpathsBesideTheTreeAndCutsGroupsAtLetterFlags) 
   using T = TypeParam;
   PolycurveT<T> path;
   const auto open = [&](double x) {
-    path.MoveTo(At<T>(x, 10));
-    path.LineTo(At<T>(x + 5, 10));
+    path.MoveTo(MakePoint<T>(x, 10));
+    path.LineTo(MakePoint<T>(x + 5, 10));
   };
   AddSquare(path, 0, 0, 100);  // 0
   open(20);                    // 5, inside the square
@@ -119,10 +114,7 @@ TYPED_TEST(Hierarchy, CountsAreasByDirectionAndDropsCutOffs) {
   negative.EliminateCutOffs(false);
   EXPECT_EQ(Shape(negative, path), "");
 
-  PolycurveT<T> flat;  // there and back: an area of 0 is not positive
-  const T line[3] = {At<T>(0, 0), At<T>(50, 0), At<T>(0, 0)};
-  const NODETYPE types[3] = {0x0C, 0x44, 0x48};
-  flat.PushBack(line, types, 3);
+  const auto flat = test::ParseCurve<T>("M0,0 L50,0 Z");  // there and back: an area of 0 is not positive
   positive = negative = Tree(flat);
   ASSERT_EQ(Shape(positive, flat), "0");
   positive.EliminateCutOffs(true);
@@ -225,12 +217,7 @@ TEST(SamplePoint, LiesStrictlyInsideOnTheGridWhereverAGridPointDoes) {
 
 TEST(SamplePoint, OfAFigureOfEightHasNonZeroWinding) {
   // One lobe runs each way: the signed area is nearly 0, but each lobe has an inside.
-  PolycurveT<DPoint> path;
-  path.MoveTo(0, 0);
-  path.CubicTo({100, 90}, {100, -90}, {0, 0});
-  path.CubicTo({-100, 90}, {-100, -90}, {0, 0});
-  path.SetNodeClosed(0, true);
-  path.SetNodeClosed(6, true);
+  const auto path = test::ParseCurve<DPoint>("M0,0 C100,90 100,-90 0,0 C-100,90 -100,-90 0,0 Z");
   const DPoint sample = Tree(path).GetChild(0).GetSamplePoint();
   EXPECT_TRUE(Lumo::IsPointInShape(path.GetPoints(), path.GetNodeTypes(), 7, sample));
 }
@@ -254,11 +241,11 @@ TYPED_TEST(Hierarchy, IsTheSameByEveryConstructorAndGivesTheSameNodesBack) {
   AddSquare(path, 0, 0, 100);
   AddDisc(path, 50, 50, 30);
   AddSquare(path, 45, 45, 10, true);
-  path.MoveTo(At<T>(200, 10));
-  path.LineTo(At<T>(205, 10));
+  path.MoveTo(MakePoint<T>(200, 10));
+  path.LineTo(MakePoint<T>(205, 10));
   AddSquare(path, 300, 0, 20);
-  path.MoveTo(At<T>(210, 10));
-  path.LineTo(At<T>(215, 10));
+  path.MoveTo(MakePoint<T>(210, 10));
+  path.LineTo(MakePoint<T>(215, 10));
   const SubpathHierarchy tree = Tree(path);
   const std::string shape = "0(5(18)),25,23,30";
   EXPECT_EQ(Shape(tree, path), shape);

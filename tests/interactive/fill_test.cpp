@@ -65,7 +65,7 @@ TEST(Fill, WithCurvesAgreesWithWindingOfDensePolylines) {
       // Half of the points on the height of some node, where touches have to be told from crossings.
       tagPOINT p = test::RandomPoint<tagPOINT>(bits, options);
       if (k % 2 == 0) p.y = path.points[static_cast<std::size_t>(bits.Below(path.count()))].y;
-      const TavMath::DPoint q{static_cast<double>(p.x), static_cast<double>(p.y)};
+      const TavMath::DPoint q = test::AsDouble(p);
       if (test::DistanceTo(lines, q, true) < 1.01) continue;
       const int expected = test::WindingNumber(lines, q) & 1;
       EXPECT_EQ(Fill(path, p), expected) << test::ToSvg(path) << " at " << p.x << "," << p.y;
@@ -89,13 +89,6 @@ bool ExactInside(const std::vector<tagPOINT>& ring, const tagPOINT& p) {
   }
   return inside;
 }
-long double DistanceToLine(const tagPOINT& a, const tagPOINT& b, const tagPOINT& p) {
-  const long double dx = static_cast<long double>(b.x) - a.x, dy = static_cast<long double>(b.y) - a.y;
-  const long double px = static_cast<long double>(p.x) - a.x, py = static_cast<long double>(p.y) - a.y;
-  const long double length = dx * dx + dy * dy;
-  const long double t = length > 0 ? std::fmin(1.0L, std::fmax(0.0L, (px * dx + py * dy) / length)) : 0;
-  return std::hypot(px - t * dx, py - t * dy);
-}
 
 TEST(Fill, OfStraightOutlinesIsExactToOneUnitAnywhere) {
   test::Bits bits(82);
@@ -116,10 +109,7 @@ TEST(Fill, OfStraightOutlinesIsExactToOneUnitAnywhere) {
       const double y = a.y + t * (static_cast<double>(b.y) - a.y) + bits.Between(-3, 3);
       if (!(std::fabs(x) < 2147483647 && std::fabs(y) < 2147483647)) continue;
       const tagPOINT p{static_cast<int>(x), static_cast<int>(y)};
-      long double nearest = HUGE_VALL;
-      for (std::size_t j = 0; j < ring.size(); ++j)
-        nearest = std::fmin(nearest, DistanceToLine(ring[j], ring[(j + 1) % ring.size()], p));
-      if (nearest < 1) continue;
+      if (test::DistanceTo(test::Flatten(path, 1), test::AsDouble(p), true) < 1) continue;
       ++checked;
       EXPECT_EQ(Fill(path, p), ExactInside(ring, p)) << test::ToSvg(path) << " at " << p.x << "," << p.y;
     }
@@ -187,7 +177,7 @@ TEST(FacePoint, LiesStrictlyInside) {
     }
     ++found;
     const auto lines = test::Flatten(path, 600);
-    const TavMath::DPoint q{static_cast<double>(p.x), static_cast<double>(p.y)};
+    const TavMath::DPoint q = test::AsDouble(p);
     EXPECT_EQ(test::WindingNumber(lines, q) & 1, 1) << path;
     EXPECT_GT(test::DistanceTo(lines, q, true), 0) << path;
   }

@@ -41,16 +41,13 @@ bool PieceTouches(const TavMath::DPoint& a, const TavMath::DPoint& b, const tagR
 std::vector<int> Touching(const IntPath& path, const tagRECT& rect, double margin) {
   std::vector<int> out;
   for (int k = 1; k < path.count(); ++k) {
-    const NODETYPE type = path.types[static_cast<std::size_t>(k)];
+    const NODETYPE type = path.type(k);
     if (!type.IsLine() && !type.IsCurve()) continue;
-    IntPath one;
-    const int length = type.IsLine() ? 1 : 3;
-    for (int j = k - length; j <= k; ++j)
-      one.Add(j == k - length ? NODETYPE(0x04) : path.types[static_cast<std::size_t>(j)],
-              path.points[static_cast<std::size_t>(j)]);
-    const auto lines = test::Flatten(one, 400);
-    for (std::size_t j = 0; j + 1 < lines[0].points.size(); ++j) {
-      if (!PieceTouches(lines[0].points[j], lines[0].points[j + 1], rect, margin)) continue;
+    const int pieces = type.IsLine() ? 1 : 400;
+    for (int j = 0; j < pieces; ++j) {
+      const auto from = test::SegmentAt(path, k, 1.0 * j / pieces),
+                 to = test::SegmentAt(path, k, (j + 1.0) / pieces);
+      if (!PieceTouches(from, to, rect, margin)) continue;
       out.push_back(k);
       break;
     }
@@ -194,13 +191,13 @@ TEST(NodeHit, AgreesWithEveryNodeLookedAt) {
     if (bits.OneIn(4)) std::swap(rect.top, rect.bottom);  // either orientation, when points are tested
     std::vector<int> all;
     for (int k = 0; k < path.count(); ++k) {
-      const tagPOINT p = path.points[static_cast<std::size_t>(k)];
+      const tagPOINT p = path.point(k);
       const bool inside = rect.left <= p.x && p.x <= rect.right && std::min(rect.top, rect.bottom) <= p.y &&
                           p.y <= std::max(rect.top, rect.bottom);
-      if (inside && path.types[static_cast<std::size_t>(k)].IsUser()) all.push_back(k);
+      if (inside && path.type(k).IsUser()) all.push_back(k);
     }
-    const auto onCurve = std::find_if(
-        all.begin(), all.end(), [&](int k) { return path.types[static_cast<std::size_t>(k)].IsOnCurve(); });
+    const auto onCurve =
+        std::find_if(all.begin(), all.end(), [&](int k) { return path.type(k).IsOnCurve(); });
     EXPECT_EQ(CRV_NodeHitAll(&rect, path.points.data(), path.types.data(), path.count()), all);
     EXPECT_EQ(CRV_NodeHit(&rect, path.points.data(), path.types.data(), path.count()),
               onCurve != all.end() ? *onCurve

@@ -55,24 +55,16 @@ TEST(GotoLength, ComesBackToTheLength) {
         EXPECT_EQ(lengths.back(), 0);
         continue;
       }
-      const auto last = static_cast<std::size_t>(end);
-      const bool line = path.types[last].IsLine();
-      ASSERT_TRUE(line || path.types[last].IsCurve());
+      const bool line = path.type(end).IsLine();
+      ASSERT_TRUE(line || path.type(end).IsCurve());
       ASSERT_TRUE(t >= 0 && t <= 1);
-      double reached = 0;
-      DPoint exact;
+      const int start = end - (line ? 1 : 3);
+      const DPoint exact = test::SegmentAt(path, end, t);
       DPoint p[4];
-      const std::size_t start = last - (line ? 1 : 3);
-      for (std::size_t j = start; j <= last; ++j)
-        p[j - start] = {static_cast<double>(path.points[j].x), static_cast<double>(path.points[j].y)};
-      if (line) {
-        exact = TavMath::Lerp(p[0], p[1], t);
-        reached = lengths[start] + TavMath::Distance(p[0], exact);
-      } else {
-        exact = test::BezierAt(p, t);
-        reached = lengths[start] + TavMath::CubicBezier::LengthTo(p, t);
-      }
-      EXPECT_NEAR(reached, length, 1e-8 * lengths.back() + 1e-9) << path;
+      for (int j = start; j <= end; ++j) p[j - start] = test::AsDouble(path.point(j));
+      const double along = line ? TavMath::Distance(p[0], exact) : TavMath::CubicBezier::LengthTo(p, t);
+      EXPECT_NEAR(lengths[static_cast<std::size_t>(start)] + along, length, 1e-8 * lengths.back() + 1e-9)
+          << path;
       EXPECT_NEAR(out.x, exact.x, 0.5 + 1e-6);
       EXPECT_NEAR(out.y, exact.y, 0.5 + 1e-6);
     }
@@ -111,7 +103,6 @@ TEST(ClosestOnPath, AgreesWithDenseSampling) {
   for (int round = 0; round < 400; ++round) {
     const IntPath path = test::RandomPath<tagPOINT>(bits);
     const tagPOINT query = test::RandomPoint<tagPOINT>(bits, {});
-    const DPoint q{static_cast<double>(query.x), static_cast<double>(query.y)};
     auto lines = test::Flatten(path, 500);
     std::erase_if(lines, [](const test::Polyline& line) { return line.points.size() < 2; });
     tagPOINT out{};
@@ -121,13 +112,7 @@ TEST(ClosestOnPath, AgreesWithDenseSampling) {
         UTLGetClosestPointOnPath(path.points.data(), path.types.data(), path.count(), query, &out, &end, &t);
     ASSERT_EQ(found, !lines.empty()) << path;
     if (found == 0) continue;
-    const auto last = static_cast<std::size_t>(end);
-    DPoint p[4];
-    const std::size_t length = path.types[last].IsLine() ? 1 : 3;
-    for (std::size_t j = 0; j <= length; ++j)
-      p[j] = {static_cast<double>(path.points[last - length + j].x),
-              static_cast<double>(path.points[last - length + j].y)};
-    const DPoint exact = length == 1 ? TavMath::Lerp(p[0], p[1], t) : test::BezierAt(p, t);
+    const DPoint q = test::AsDouble(query), exact = test::SegmentAt(path, end, t);
     EXPECT_NEAR(TavMath::Distance(exact, q), test::DistanceTo(lines, q), 0.05) << path;
     EXPECT_NEAR(out.x, exact.x, 0.5 + 1e-6);
     EXPECT_NEAR(out.y, exact.y, 0.5 + 1e-6);
