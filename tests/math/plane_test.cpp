@@ -1,6 +1,7 @@
 // Affine maps, rectangles, angles and the collinearity test.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -17,6 +18,10 @@ using namespace TavMath;
 
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+
+/// Left, top, right, bottom.
+using Sides = std::array<std::int32_t, 4>;
+Sides SidesOf(const tagRECT& r) { return {r.left, r.top, r.right, r.bottom}; }
 
 TEST(Matrix, InverseUndoesTheMap) {
   Random random(41);
@@ -84,11 +89,7 @@ TEST(Matrix, RoundsIntegerPointsHalfAwayFromZeroAndSaturates) {
 
 TEST(Rect, BoxesOfPoints) {
   const tagPOINT p[] = {{3, -2}, {-1, 7}, {5, 0}};
-  const tagRECT box = GetPointsBBox(p, 3);
-  EXPECT_EQ(box.left, -1);
-  EXPECT_EQ(box.top, -2);
-  EXPECT_EQ(box.right, 5);
-  EXPECT_EQ(box.bottom, 7);
+  EXPECT_EQ(SidesOf(GetPointsBBox(p, 3)), (Sides{-1, -2, 5, 7}));
   EXPECT_EQ(GetPointsBBox(static_cast<const tagPOINT*>(nullptr), 3).right, 0);
   EXPECT_TRUE(GetPointsBBox(static_cast<const DPoint*>(nullptr), 3).IsEmpty());
   Random random(43);
@@ -127,11 +128,7 @@ TEST(Rect, BoxOfManyPointsIsThatOfEachInTurn) {
       }
       tagRECT expected{points[0].x, points[0].y, points[0].x, points[0].y};
       for (const tagPOINT& p : points) expected = UnionRect(expected, {p.x, p.y, p.x, p.y});
-      const tagRECT box = GetPointsBBox(points.data(), count);
-      EXPECT_EQ(box.left, expected.left);
-      EXPECT_EQ(box.top, expected.top);
-      EXPECT_EQ(box.right, expected.right);
-      EXPECT_EQ(box.bottom, expected.bottom);
+      EXPECT_EQ(SidesOf(GetPointsBBox(points.data(), count)), SidesOf(expected));
     }
   }
 }
@@ -139,17 +136,12 @@ TEST(Rect, BoxOfManyPointsIsThatOfEachInTurn) {
 TEST(Rect, Arithmetic) {
   tagRECT r{kLeast + 1, 0, kMost - 1, 10};
   InflateRect(r, 5, 2);
-  EXPECT_EQ(r.left, kLeast);
-  EXPECT_EQ(r.right, kMost);
-  EXPECT_EQ(r.top, -2);
+  EXPECT_EQ(SidesOf(r), (Sides{kLeast, -2, kMost, 12}));
   InflateRect(r, kLeast, 0);
   EXPECT_EQ(r.left, 0) << "minus the least integer does not wrap";
   const tagRECT a{0, 0, 10, 10}, b{5, -5, 20, 5};
-  const tagRECT common = IntersectRect(a, b), both = UnionRect(a, b);
-  EXPECT_EQ(common.left, 5);
-  EXPECT_EQ(common.bottom, 5);
-  EXPECT_EQ(both.top, -5);
-  EXPECT_EQ(both.right, 20);
+  EXPECT_EQ(SidesOf(IntersectRect(a, b)), (Sides{5, 0, 10, 5}));
+  EXPECT_EQ(SidesOf(UnionRect(a, b)), (Sides{0, -5, 20, 10}));
   const tagRECT yUp{0, 10, 10, 0};
   EXPECT_TRUE(IsPointInRect(yUp, {10, 10}));
   EXPECT_TRUE(IsPointInRect(a, {0, 0}));
