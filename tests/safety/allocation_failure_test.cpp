@@ -16,7 +16,7 @@
 #include "lumo/lumo.h"
 #include "polycurve/mutators.h"
 #include "support/failing_new.h"
-#include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -26,12 +26,11 @@ using test::FailingNew;
 
 template <class T>
 PolycurveT<T> Drawing() {
-  const auto path = test::ParsePath<T>(
+  return test::ParseCurve<T>(
       "M0,0 L9000,0 e C12000,3000 12000,6000 9000,9000 e L0,9000 Z "
       "M2000,2000 L2000,7000 e L7000,7000 L7000,2000 Z "
       "M20000,0 e C25000,9000 30000,-9000 35000,0 L40000,5000 e "
       "M3000,3000 L8000,6000 M15000,15000 L18000,15000");
-  return PolycurveT<T>(path.points.data(), path.types.data(), path.points.size());
 }
 
 /// One operation; returns whether it says that it succeeded (or gives a result that is not empty).
@@ -127,10 +126,7 @@ std::vector<Operation<T>> Operations() {
   return list;
 }
 
-template <class T>
-class AllocationFailure : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(AllocationFailure, PointTypes);
+LUMO_TYPED_SUITE(AllocationFailure);
 
 TYPED_TEST(AllocationFailure, LeavesThePathAsItWasAndSaysSo) {
   using T = TypeParam;

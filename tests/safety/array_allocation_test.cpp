@@ -15,6 +15,7 @@
 #include "lumo/lumo.h"
 #include "support/failing_new.h"
 #include "support/generators.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -23,10 +24,7 @@ using test::FailingMalloc;
 using test::FailingNew;
 using test::Path;
 
-template <class T>
-class ArrayAllocation : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(ArrayAllocation, PointTypes);
+LUMO_TYPED_SUITE(ArrayAllocation);
 
 template <class T>
 Path<T> Drawing() {
@@ -44,40 +42,30 @@ struct Edit {
   std::function<int(Path<T>&)> run;
 };
 
+/// An edit of the points `p` and the types `t`, which are `n`, of `path`.
+#define LUMO_EDIT(name, failure, ...)                                  \
+  edits.push_back({#name, failure, [=](Path<T>& path) {                \
+                     [[maybe_unused]] T* p = path.points.data();       \
+                     [[maybe_unused]] NODETYPE* t = path.types.data(); \
+                     [[maybe_unused]] const int n = path.count();      \
+                     return static_cast<int>(__VA_ARGS__);             \
+                   }})
+
 template <class T>
 std::vector<Edit<T>> Edits() {
   const int count = Drawing<T>().count();
-  const auto settings = [] { return Lumo::CurveRepairSettings{}; };
-  return {
-      {"CRV_ReduceEnabled", count,
-       [](Path<T>& p) { return CRV_ReduceEnabled(p.points.data(), p.types.data(), p.count(), 500); }},
-      {"CRV_ReduceEnabledDouble", count,
-       [second = std::vector<DPoint>(static_cast<std::size_t>(count))](Path<T>& p) mutable {
-         return CRV_ReduceEnabledDouble(p.points.data(), p.types.data(), p.count(), 500, second.data());
-       }},
-      {"CRV_TransferThisThinSubpathToRegular", count,
-       [](Path<T>& p) {
-         return CRV_TransferThisThinSubpathToRegular(p.points.data(), p.types.data(), p.count(), 14, 50);
-       }},
-      {"CRV_TransferAllThinSubpathsToRegular", count,
-       [](Path<T>& p) {
-         return CRV_TransferAllThinSubpathsToRegular(p.points.data(), p.types.data(), p.count(), 50);
-       }},
-      {"RemoveZeroLengthSegments", count,
-       [](Path<T>& p) {
-         return static_cast<int>(
-             Lumo::RemoveZeroLengthSegments(p.points.data(), p.types.data(), p.points.size()));
-       }},
-      {"RemoveShortSegments", count,
-       [](Path<T>& p) {
-         return Lumo::RemoveShortSegments(p.points.data(), p.types.data(), p.count(), 5, 5);
-       }},
-      {"RepairCurves", 0,
-       [=](Path<T>& p) {
-         // The vectors are the host's; an exact copy of them is what the call is given.
-         return static_cast<int>(Lumo::RepairCurves(p.points, p.types, settings()));
-       }},
-  };
+  static std::vector<DPoint> second(static_cast<std::size_t>(count));
+  std::vector<Edit<T>> edits;
+  LUMO_EDIT(CRV_ReduceEnabled, count, CRV_ReduceEnabled(p, t, n, 500));
+  LUMO_EDIT(CRV_ReduceEnabledDouble, count, CRV_ReduceEnabledDouble(p, t, n, 500, second.data()));
+  LUMO_EDIT(CRV_TransferThisThinSubpathToRegular, count,
+            CRV_TransferThisThinSubpathToRegular(p, t, n, 14, 50));
+  LUMO_EDIT(CRV_TransferAllThinSubpathsToRegular, count, CRV_TransferAllThinSubpathsToRegular(p, t, n, 50));
+  LUMO_EDIT(RemoveZeroLengthSegments, count, Lumo::RemoveZeroLengthSegments(p, t, path.points.size()));
+  LUMO_EDIT(RemoveShortSegments, count, Lumo::RemoveShortSegments(p, t, n, 5, 5));
+  // The vectors are the host's; an exact copy of them is what the call is given.
+  LUMO_EDIT(RepairCurves, 0, Lumo::RepairCurves(path.points, path.types, {}));
+  return edits;
 }
 
 TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
@@ -89,8 +77,7 @@ TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
     for (; nth < 5000; ++nth) {
       Path<T> path = before;
       FailingNew::FailFrom(nth);
-      int result = 0;
-      result = edit.run(path);
+      const int result = edit.run(path);
       FailingNew::Never();
       if (FailingNew::Failures() == 0) {
         EXPECT_FALSE(path == before) << "the edit has nothing to do: it proves nothing";
@@ -266,10 +253,8 @@ TEST(RecordAllocation, OfStrokesAndOpenEndsFailsAsStated) {
     });
   };
   EXPECT_EQ(constructed([] { return CRV_FreehandInfoConstruct(10, 4); }), 4);
-  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolylineExt(points, 4, &spacing, 1, 0); }),
-            4);
-  EXPECT_GE(constructed([&] { return CRV_FreehandInfoConstructFromPolygonExt(points, 4, &spacing, 1, 0); }),
-            4);
+  for (const auto from : {CRV_FreehandInfoConstructFromPolylineExt, CRV_FreehandInfoConstructFromPolygonExt})
+    EXPECT_GE(constructed([&] { return from(points, 4, &spacing, 1, 0); }), 4);
 
   const long grown = SweepMalloc([&](long nth) {
     CRV_FREEHANDINFO* const record = CRV_FreehandInfoConstruct(1, 1);

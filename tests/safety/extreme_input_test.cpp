@@ -25,6 +25,7 @@
 
 #include "lumo/lumo.h"
 #include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -247,10 +248,7 @@ TEST(ExtremeInput, QueriesOfIntegerPathsStayInThePath) {
   EXPECT_GT(sweeper.calls, 1000);
 }
 
-template <class T>
-class ExtremeEdit : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(ExtremeEdit, PointTypes);
+LUMO_TYPED_SUITE(ExtremeEdit);
 
 TYPED_TEST(ExtremeEdit, EditsStayInTheStatedRoom) {
   using T = TypeParam;

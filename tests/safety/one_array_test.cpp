@@ -8,6 +8,7 @@
 
 #include "lumo/lumo.h"
 #include "support/path_builder.h"
+#include "support/point_types.h"
 
 namespace {
 
@@ -15,10 +16,7 @@ using Lumo::PolycurveT;
 using TavMath::DPoint;
 using test::Path;
 
-template <class T>
-class OneArray : public testing::Test {};
-using PointTypes = testing::Types<tagPOINT, DPoint>;
-TYPED_TEST_SUITE(OneArray, PointTypes);
+LUMO_TYPED_SUITE(OneArray);
 
 template <class T>
 Path<T> Drawing() {
@@ -32,94 +30,70 @@ struct Query {
   std::function<double(const T*, const NODETYPE*, int)> ask;
 };
 
+std::size_t Size(int n) { return static_cast<std::size_t>(n); }
+
+/// What a call puts into something empty.
+template <class Target>
+Target Filled(const auto& fill) {
+  Target target;
+  fill(target);
+  return target;
+}
+
+/// A query of the points `p`, the types `t` and the count `n`.
+#define LUMO_QUERY(name, ...) \
+  queries.push_back({name, [](const T* p, const NODETYPE* t, [[maybe_unused]] int n) { return __VA_ARGS__; }})
+
 template <class T>
 std::vector<Query<T>> Queries() {
-  const auto size = [](int n) { return static_cast<std::size_t>(n); };
-  std::vector<Query<T>> list{
-      {"GetArea", [](auto p, auto t, int n) { return Lumo::GetArea(p, t, n); }},
-      {"GetLength", [](auto p, auto t, int n) { return Lumo::GetLength(p, t, n); }},
-      {"IsPointInShape",
-       [](auto p, auto t, int n) { return Lumo::IsPointInShape(p, t, n, test::MakePoint<T>(99, 99)); }},
-      {"GetTightBBox",
-       [](auto p, auto t, int n) {
-         Lumo::BoxT<T> box{};
-         return Lumo::GetTightBBox(p, t, n, box);
-       }},
-      {"GetTightEnabledBBox",
-       [](auto p, auto t, int n) {
-         Lumo::BoxT<T> box{};
-         return Lumo::GetTightEnabledBBox(p, t, n, box);
-       }},
-      {"FindClosestPoint",
-       [](auto p, auto t, int n) {
-         Lumo::ClosestPoint<T, Lumo::CurvePosition> closest;
-         return Lumo::FindClosestPoint(p, t, n, test::MakePoint<T>(1, 2), closest);
-       }},
-      {"CRV_GetPointOnCurve",
-       [](auto p, auto t, int) {
-         T out{};
-         return CRV_GetPointOnCurve(&out, p, t, 1, 0.5);
-       }},
-      {"CSegmentList", [](auto p, auto t, int n) { return Lumo::CSegmentList(p, t, n).size(); }},
-      {"PolycurveT", [=](auto p, auto t, int n) { return PolycurveT<T>(p, t, size(n)).GetPointCount(); }},
-      {"PolycurveRefT",
-       [=](auto p, auto t, int n) {
-         return PolycurveT<T>(Lumo::PolycurveRefT<T>(p, t, size(n))).GetPointCount();
-       }},
-      {"PushBack",
-       [=](auto p, auto t, int n) {
-         PolycurveT<T> path;
-         path.PushBack(p, t, size(n));
-         return path.GetPointCount();
-       }},
-      {"InsertPoints",
-       [=](auto p, auto t, int n) {
-         PolycurveT<T> path;
-         path.InsertPoints(0, p, t, size(n));
-         return path.GetPointCount();
-       }},
-      {"SubpathTreeNode",
-       [](auto p, auto t, int n) {
-         const Lumo::SubpathTreeNode node(p, t, n, 3);
-         std::vector<DPoint> points;
-         std::vector<NODETYPE> types;
-         node.AppendNodes(points, types);
-         return node.GetTotalNumberOfPoints() + node.GetArea() + static_cast<double>(points.size());
-       }},
-      {"SubpathHierarchy",
-       [](auto p, auto t, int n) { return Lumo::SubpathHierarchy(p, t, n, false).GetNumberOfChildren(); }},
-      {"SubpathHierarchy of views",
-       [=](auto p, auto t, int n) {
-         const std::vector<Lumo::ConstDrawCurveT<T>> views{{p, t, size(n)}};
-         return Lumo::SubpathHierarchy(views).GetNumberOfChildren();
-       }},
-      {"CreateOffsetCurve", [](auto p, auto t, int n) {
-         Path<T> out;
-         const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 500, false);
-         Lumo::CreateOffsetCurve(p, t, n, out.points, out.types, settings);
-         return out.points.size();
-       }}};
+  using Curve = PolycurveT<T>;
+  using Lumo::GetTightBBox, Lumo::GetTightEnabledBBox, Lumo::SubpathHierarchy,
+      Lumo::Offset::EOpenCurveOffsetSide;
+  static Lumo::BoxT<T> box{};
+  static typename Curve::Closest closest;
+  static T point{};
+  static const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 500, false);
+  std::vector<Query<T>> queries;
+  LUMO_QUERY("GetArea", Lumo::GetArea(p, t, n));
+  LUMO_QUERY("GetLength", Lumo::GetLength(p, t, n));
+  LUMO_QUERY("IsPointInShape", Lumo::IsPointInShape(p, t, n, test::MakePoint<T>(99, 99)));
+  LUMO_QUERY("GetTightBBox", GetTightBBox(p, t, n, box));
+  LUMO_QUERY("GetTightEnabledBBox", GetTightEnabledBBox(p, t, n, box));
+  LUMO_QUERY("FindClosestPoint", Lumo::FindClosestPoint(p, t, n, test::MakePoint<T>(1, 2), closest));
+  LUMO_QUERY("CRV_GetPointOnCurve", CRV_GetPointOnCurve(&point, p, t, 1, 0.5));
+  LUMO_QUERY("CSegmentList", Lumo::CSegmentList(p, t, n).size());
+  LUMO_QUERY("PolycurveT", Curve(p, t, Size(n)).GetPointCount());
+  LUMO_QUERY("PolycurveRefT", Curve(Lumo::PolycurveRefT<T>(p, t, Size(n))).GetPointCount());
+  LUMO_QUERY("PushBack", Filled<Curve>([&](auto& to) { to.PushBack(p, t, Size(n)); }).GetPointCount());
+  LUMO_QUERY("InsertPoints",
+             Filled<Curve>([&](auto& to) { to.InsertPoints(0, p, t, Size(n)); }).GetPointCount());
+  queries.push_back({"SubpathTreeNode", [](auto p, auto t, int n) {
+                       const Lumo::SubpathTreeNode node(p, t, n, 3);
+                       const auto nodes =
+                           Filled<test::DoublePath>([&](auto& to) { node.AppendNodes(to.points, to.types); });
+                       return node.GetTotalNumberOfPoints() + node.GetArea() + nodes.count();
+                     }});
+  LUMO_QUERY("SubpathHierarchy", SubpathHierarchy(p, t, n, false).GetNumberOfChildren());
+  LUMO_QUERY("SubpathHierarchy of views",
+             SubpathHierarchy(std::vector<Lumo::ConstDrawCurveT<T>>{{p, t, Size(n)}}).GetNumberOfChildren());
+  LUMO_QUERY("CreateOffsetCurve", Filled<Path<T>>([&](auto& to) {
+                                    Lumo::CreateOffsetCurve(p, t, n, to.points, to.types, settings);
+                                  }).count());
   if constexpr (std::is_same_v<T, DPoint>) {
-    list.push_back({"AddCurve", [](auto p, auto t, int n) {
-                      Lumo::SegmentIntersectionTable table;
-                      table.AddCurve(p, t, n);
-                      return table.Segments().size();
-                    }});
-    list.push_back({"CloseOffsetCurves", [](auto p, auto t, int n) {
-                      Path<T> out;
-                      const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 500,
-                                                                  false);
-                      Lumo::CloseOffsetCurves(p, t, n, out.points, out.types,
-                                              Lumo::Offset::EOpenCurveOffsetSide::both, settings);
-                      return out.points.size();
-                    }});
-    list.push_back({"CombineClosedOffsetCurves", [](auto p, auto t, int n) {
-                      Path<T> out;
-                      Lumo::CombineClosedOffsetCurves(p, t, n, out.points, out.types, 0, n);
-                      return out.points.size();
-                    }});
+    LUMO_QUERY("AddCurve",
+               Filled<Lumo::SegmentIntersectionTable>([&](auto& table) { table.AddCurve(p, t, n); })
+                   .Segments()
+                   .size());
+    LUMO_QUERY("CloseOffsetCurves", Filled<Path<T>>([&](auto& to) {
+                                      Lumo::CloseOffsetCurves(p, t, n, to.points, to.types,
+                                                              EOpenCurveOffsetSide::both, settings);
+                                    }).count());
+    LUMO_QUERY("CombineClosedOffsetCurves", Filled<Path<T>>([&](auto& to) {
+                                              Lumo::CombineClosedOffsetCurves(p, t, n, to.points, to.types, 0,
+                                                                              n);
+                                            }).count());
   }
-  return list;
+  return queries;
 }
 
 TYPED_TEST(OneArray, IsNoPathToAQuery) {
@@ -143,25 +117,22 @@ struct Edit {
 
 template <class T>
 std::vector<Edit<T>> Edits() {
+  static const Path<T> from = Drawing<T>();
   return {
       {"RemoveZeroLengthSegments",
-       [](T* p, NODETYPE* t, int n) {
-         return static_cast<int>(Lumo::RemoveZeroLengthSegments(p, t, static_cast<std::size_t>(n)));
-       }},
+       [](auto p, auto t, int n) { return Lumo::RemoveZeroLengthSegments(p, t, Size(n)); }},
       {"RemoveShortSegments",
-       [](T* p, NODETYPE* t, int n) { return Lumo::RemoveShortSegments(p, t, n, 10, 10); }},
-      {"RemoveSmallSubpaths",
-       [](T* p, NODETYPE* t, int n) { return Lumo::RemoveSmallSubpaths(p, t, n, 10); }},
-      {"ScrubDanglingMoves",
-       [](T* p, NODETYPE* t, int n) { return Lumo::ScrubDanglingMoves(p, t, n, false); }},
-      {"RepairContinuity", [](T* p, NODETYPE* t, int n) { return Lumo::RepairContinuity(p, t, n, {}); }},
-      {"Reverse", [](T* p, NODETYPE* t, int n) { return Lumo::Reverse(p, t, n), n; }},
-      {"Reverse a range", [](T* p, NODETYPE* t, int n) { return Lumo::Reverse(p, t, 1, n - 1), n; }},
-      {"MovePath", [](T* p, NODETYPE* t, int n) { return Lumo::MovePath(p, t, 0, 1, 3), n; }},
-      {"PathInsNext", [](T* p, NODETYPE* t, int n) { return PathInsNext(t, p, 1, 2, n - 2), n; }},
-      {"PathDelNext", [](T* p, NODETYPE* t, int n) { return PathDelNext(t, p, 1, 2, n), n; }},
+       [](auto p, auto t, int n) { return Lumo::RemoveShortSegments(p, t, n, 10, 10); }},
+      {"RemoveSmallSubpaths", [](auto p, auto t, int n) { return Lumo::RemoveSmallSubpaths(p, t, n, 10); }},
+      {"ScrubDanglingMoves", [](auto p, auto t, int n) { return Lumo::ScrubDanglingMoves(p, t, n, false); }},
+      {"RepairContinuity", [](auto p, auto t, int n) { return Lumo::RepairContinuity(p, t, n, {}); }},
+      {"Reverse", [](auto p, auto t, int n) { return Lumo::Reverse(p, t, n), n; }},
+      {"Reverse a range", [](auto p, auto t, int n) { return Lumo::Reverse(p, t, 1, n - 1), n; }},
+      {"MovePath", [](auto p, auto t, int n) { return Lumo::MovePath(p, t, 0, 1, 3), n; }},
+      {"PathInsNext", [](auto p, auto t, int n) { return PathInsNext(t, p, 1, 2, n - 2), n; }},
+      {"PathDelNext", [](auto p, auto t, int n) { return PathDelNext(t, p, 1, 2, n), n; }},
       {"CopyPath to it",
-       [from = Drawing<T>()](T* p, NODETYPE* t, int n) {
+       [](auto p, auto t, int n) {
          return Lumo::CopyPath(p, t, 0, from.points.data(), from.types.data(), 3, 2), n;
        }},
   };
@@ -189,20 +160,17 @@ TYPED_TEST(OneArray, IsLeftAloneByAnEdit) {
 TYPED_TEST(OneArray, IsNoPlaceToBuildAShape) {
   using T = TypeParam;
   const T zero = test::MakePoint<T>(0, 0);
+  const DPoint a{1, 2}, b{30, 50};
   const std::function<std::size_t(T*, NODETYPE*)> builders[] = {
-      [](T* p, NODETYPE* t) { return Lumo::BuildLine(p, t, DPoint{1, 2}, DPoint{30, 40}); },
-      [](T* p, NODETYPE* t) { return Lumo::BuildEllipse(p, t, DPoint{1, 2}, 30, 40, 0, 0, false, false); },
-      [](T* p, NODETYPE* t) { return Lumo::BuildRectangle(p, t, 30, 40); },
-      [](T* p, NODETYPE* t) {
+      [=](T* p, NODETYPE* t) { return Lumo::BuildLine(p, t, a, b); },
+      [=](T* p, NODETYPE* t) { return Lumo::BuildEllipse(p, t, a, 30, 40, 0, 0, false, false); },
+      [=](T* p, NODETYPE* t) { return Lumo::BuildRectangle(p, t, 30, 40); },
+      [=](T* p, NODETYPE* t) {
         return Lumo::BuildRectangle(p, t, 30, 40, 5, Lumo::RectangleCorner::round, false);
       },
-      [](T* p, NODETYPE* t) { return Lumo::BuildCircularArc(p, t, DPoint{1, 2}, 30, 0, 1); },
-      [](T* p, NODETYPE* t) {
-        return Lumo::BuildCircularArc(p, t, DPoint{1, 2}, DPoint{30, 50}, DPoint{60, 0});
-      },
-      [](T* p, NODETYPE* t) {
-        return Lumo::BuildCircularArc(p, t, DPoint{1, 2}, DPoint{30, 50}, TavMath::DVector{1, 0});
-      },
+      [=](T* p, NODETYPE* t) { return Lumo::BuildCircularArc(p, t, a, 30, 0, 1); },
+      [=](T* p, NODETYPE* t) { return Lumo::BuildCircularArc(p, t, a, b, DPoint{60, 0}); },
+      [=](T* p, NODETYPE* t) { return Lumo::BuildCircularArc(p, t, a, b, TavMath::DVector{1, 0}); },
   };
   for (const auto& build : builders) {
     std::vector<T> points(20, zero);
