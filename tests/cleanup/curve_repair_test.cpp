@@ -273,9 +273,9 @@ TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
   using T = TypeParam;
   test::Bits bits(91);
   test::PathOptions options;
-  options.range = 2000;
   int changed = 0;
   for (int k = 0; k < 3000; ++k) {
+    options.range = bits.OneIn(4) ? 1000000 : 2000;
     const auto path =
         bits.OneIn(2) ? test::RandomMalformedPath<T>(bits, 24, options) : test::RandomPath<T>(bits, options);
     auto scrubbed = test::After(path, 0, Lumo::ScrubDanglingMoves<T>, true);
@@ -285,33 +285,15 @@ TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
         const auto mended = Repaired(source, settings);
         ASSERT_TRUE(test::IsWellFormed(mended)) << source << "\n" << mended;
         ASSERT_TRUE(Lumo::IsValidCurve(mended.types.data(), mended.types.size())) << source << "\n" << mended;
+        // What has no defects comes back bit for bit.
         CurveRepairReport again;
         ASSERT_EQ(Repaired(mended, settings, &again), mended) << "from " << source;
+        ASSERT_FALSE(again.Any()) << "from " << source;
         changed += !(mended == source);
       }
     }
   }
   EXPECT_GT(changed, 2000);
-}
-
-TYPED_TEST(CurveRepair, APathWithoutDefectsComesBackBitForBit) {
-  using T = TypeParam;
-  test::Bits bits(92);
-  test::PathOptions options;
-  options.range = 1000000;
-  options.loneMoves = false;
-  int same = 0;
-  for (int k = 0; k < 500; ++k) {
-    // Repaired once, with handles shown and nodes selected: from then on there are no defects.
-    auto path = Repaired(test::RandomPath<T>(bits, options));
-    for (auto& type : path.types)
-      if (type.IsControl()) type |= 0x05;
-    CurveRepairReport report;
-    ASSERT_EQ(Repaired(path, {}, &report), path);
-    ASSERT_FALSE(report.Any());
-    same += !path.empty();
-  }
-  EXPECT_GT(same, 400);
 }
 
 TYPED_TEST(CurveRepair, MovesTheOutlineByNoMoreThanTheSettingsAllow) {

@@ -54,14 +54,6 @@ TEST(IsValidCurve, JudgesKindsAndFlags) {
   EXPECT_FALSE(Lumo::IsValidCurve(nullptr, 3));
 }
 
-TEST(IsValidCurve, AcceptsEveryWellFormedPath) {
-  test::Bits bits(1);
-  for (int k = 0; k < 500; ++k) {
-    const auto path = test::RandomPath<DPoint>(bits);
-    ASSERT_TRUE(Valid(path.types)) << path;
-  }
-}
-
 TEST(FixNodeTypes, BringsFlagsAndTheEndOfASubpathInOrder) {
   EXPECT_EQ(Ints(Fixed({0x04, 0xC0, 0xF1})), (std::vector<int>{0x04, 0xC0, 0x75}));
   EXPECT_EQ(Ints(Fixed({0x0C, 0x44, 0x4C})), (std::vector<int>{0x0C, 0x44, 0x48}));

@@ -98,10 +98,4 @@ TEST(Counting, OfNothingIsZero) {
   EXPECT_EQ(CRV_GetNumberOfUserNodes(nullptr, 5, true), 0);
 }
 
-TEST(Counting, SelectedNeedsTheUserFlagAndEnabledDoesNot) {
-  const NODETYPE types[] = {0x04, 0x41, 0x45};
-  EXPECT_EQ(CRV_HowManyEnabled(types, 3), 1);
-  EXPECT_EQ(CRV_HowManyEnabledNotClosed(types, 3), 2);
-}
-
 }  // namespace

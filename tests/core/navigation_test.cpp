@@ -21,24 +21,11 @@ struct Subpath {
 std::vector<Subpath> SubpathsOf(const IntPath& path) {
   std::vector<Subpath> out;
   for (int k = 0; k < path.count(); ++k) {
-    const NODETYPE type = path.types[static_cast<std::size_t>(k)];
+    const NODETYPE type = path.type(k);
     if (type.IsMove()) out.push_back({k, k, type.IsClosed()});
     out.back().last = k;
   }
   return out;
-}
-
-TEST(Navigation, OfAClosedTriangle) {
-  const NODETYPE closed[] = {0x0C, 0x44, 0x44, 0x48};
-  EXPECT_EQ(NN(closed, 3, 4), 1) << "the last node and the move node are one place";
-  EXPECT_EQ(PN(closed, 0, 4), 3);
-  EXPECT_EQ(PN(closed, 1, 4), 3) << "the twin, not the move node";
-  EXPECT_EQ(OtherClosedEnd(closed, 0, 4), 3);
-  EXPECT_EQ(OtherClosedEnd(closed, 3, 4), 0);
-  EXPECT_EQ(OtherClosedEnd(closed, 1, 4), -1);
-  const NODETYPE open[] = {0x04, 0x44, 0x44, 0x44};
-  EXPECT_EQ(NN(open, 3, 4), 3);
-  EXPECT_EQ(PN(open, 0, 4), 0);
 }
 
 TEST(Navigation, AgreesWithTheSubpathsOfRandomPaths) {

@@ -165,22 +165,7 @@ TEST(BezierIntersectsRect, ByTheCurveNotItsHull) {
   EXPECT_EQ(CRV_BezierIntersectsRect(arch, nullptr, 0.1), 0);
 }
 
-TEST(NodeHit, PrefersOnCurveNodesThenTheLowestIndex) {
-  auto path = test::ParsePath<tagPOINT>("M50,50 C60,60 1,1 70,70 L0,0 L1,0n L0,1");
-  path.types[2] |= NODETYPE::kUser;  // its handle is shown
-  const tagRECT rect{0, 1, 1, 0};
-  const auto hit = [&] { return CRV_NodeHit(&rect, path.points.data(), path.types.data(), path.count()); };
-  EXPECT_EQ(hit(), 4) << "on-curve before the handle with the lower index";
-  EXPECT_EQ(CRV_NodeHitAll(&rect, path.points.data(), path.types.data(), path.count()),
-            (std::vector<int>{2, 4, 6}));
-  path.types[4].Set(NODETYPE::kUser, false);
-  path.types[6].Set(NODETYPE::kUser, false);
-  EXPECT_EQ(hit(), 2);
-  path.types[2].Set(NODETYPE::kUser, false);
-  EXPECT_EQ(hit(), -1) << "what the user does not see is not hit";
-}
-
-TEST(NodeHit, AgreesWithEveryNodeLookedAt) {
+TEST(NodeHit, PrefersOnCurveNodesThenTheLowestIndexOfThoseThatTheUserSees) {
   test::Bits bits(72);
   test::PathOptions options;
   options.maxSubpaths = 60;
