@@ -410,49 +410,51 @@ TYPED_TEST(Editing, FittingRandomStrokesAlwaysKeepsTheTolerance) {
   }
 }
 
+/// A path broken at its crossings with another one, or without one at those with itself; without a result it
+/// stays as it is to the bit.
+struct Break {
+  const char *path, *other, *broken;
+};
+template <class T>
+void ExpectBroken(const Break& c) {
+  SCOPED_TRACE(c.path);
+  auto path = ParseCurve<T>(c.path);
+  const auto before = path;
+  EXPECT_TRUE(c.other ? path.BreakAtIntersections(ParseCurve<T>(c.other)) : path.BreakAtSelfIntersections());
+  if (c.broken) {
+    ExpectShape(path, c.broken);
+  } else {
+    EXPECT_TRUE(path == before);
+  }
+}
+
 TYPED_TEST(Editing, CrossingsBreakThePathAndKeepItsShape) {
   using T = TypeParam;
-  auto path = ParseCurve<T>("M0,50 L100,50 M-10,-10 L-20,-20");
-  EXPECT_TRUE(path.BreakAtIntersections(ParseCurve<T>("M20,0 L20,100 M60,0 L60,100 L100,0 L100,100")));
-  ExpectShape(path, "M0,50 L20,50 M20,50 L60,50 M60,50 L80,50 M80,50 L100,50 M-10,-10 L-20,-20");
-  auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 L0,100 Z");
-  EXPECT_TRUE(ring.BreakAtIntersections(ParseCurve<T>("M50,-50 L50,150")));
-  ExpectShape(ring, "M50,0 L100,0 L100,100 L50,100 M50,100 L0,100 L0,0 L50,0");
-  auto eight = ParseCurve<T>("M0,0 L100,100 L100,0 L0,100 Z");
-  EXPECT_TRUE(eight.BreakAtSelfIntersections());
-  ExpectShape(eight, "M50,50 L100,100 L100,0 L50,50 M50,50 L0,100 L0,0 L50,50");
+  const Break cases[] = {
+      {"M0,50 L100,50 M-10,-10 L-20,-20", "M20,0 L20,100 M60,0 L60,100 L100,0 L100,100",
+       "M0,50 L20,50 M20,50 L60,50 M60,50 L80,50 M80,50 L100,50 M-10,-10 L-20,-20"},
+      {"M0,0 L100,0 L100,100 L0,100 Z", "M50,-50 L50,150",
+       "M50,0 L100,0 L100,100 L50,100 M50,100 L0,100 L0,0 L50,0"},
+      {"M0,0 L100,100 L100,0 L0,100 Z", nullptr, "M50,50 L100,100 L100,0 L50,50 M50,50 L0,100 L0,0 L50,50"},
+      // Joints of neighbours are no crossings.
+      {"M0,0 L100,0 L100,100 Z M500,0 C500,50 600,50 600,0", nullptr, nullptr},
+      // Shared stretches break at their ends.
+      {"M0,0 L128,0", "M64,0 L32,0", "M0,0 L32,0 M32,0 L64,0 M64,0 L128,0"},
+      {"M0,0 L300,100", "M150,50 L600,200 M0,1 L300,101", "M0,0 L150,50 M150,50 L300,100"},
+      {"M0,0 L128,0 M32,0 L160,0", nullptr, "M0,0 L32,0 M32,0 L128,0 M32,0 L128,0 M128,0 L160,0"},
+      // A straight joint shares no stretch.
+      {"M0,0 L50,0 L100,0", nullptr, nullptr},
+  };
+  for (const Break& c : cases) ExpectBroken<T>(c);
   auto loop = ParseCurve<T>("M0,0 C300,200 -200,200 100,0");
   const double length = loop.GetLength();
   EXPECT_TRUE(loop.BreakAtSelfIntersections());
   EXPECT_EQ(loop.GetSubpathCount(), 3u);
   EXPECT_NEAR(loop.GetLength(), length, (std::is_same_v<T, tagPOINT> ? 3 : 1e-6));
-  auto plain = ParseCurve<T>("M0,0 L100,0 L100,100 Z M500,0 C500,50 600,50 600,0");
-  const auto before = plain;
-  EXPECT_TRUE(plain.BreakAtSelfIntersections());
-  EXPECT_TRUE(plain == before) << "joints of neighbours are no crossings";
-}
-
-TYPED_TEST(Editing, SharedStretchesBreakAtTheirEnds) {
-  using T = TypeParam;
-  auto inside = ParseCurve<T>("M0,0 L128,0");
-  EXPECT_TRUE(inside.BreakAtIntersections(ParseCurve<T>("M64,0 L32,0")));
-  ExpectShape(inside, "M0,0 L32,0 M32,0 L64,0 M64,0 L128,0");
-  auto beyond = ParseCurve<T>("M0,0 L300,100");
-  EXPECT_TRUE(beyond.BreakAtIntersections(ParseCurve<T>("M150,50 L600,200 M0,1 L300,101")));
-  ExpectShape(beyond, "M0,0 L150,50 M150,50 L300,100");
-  auto own = ParseCurve<T>("M0,0 L128,0 M32,0 L160,0");
-  EXPECT_TRUE(own.BreakAtSelfIntersections());
-  ExpectShape(own, "M0,0 L32,0 M32,0 L128,0 M32,0 L128,0 M128,0 L160,0");
-  auto straight = ParseCurve<T>("M0,0 L50,0 L100,0");
-  const auto before = straight;
-  EXPECT_TRUE(straight.BreakAtSelfIntersections());
-  EXPECT_TRUE(straight == before) << "a straight joint shares no stretch";
 }
 
 TEST(EditingInteger, BreaksAllowForTheRoundingOfNodes) {
-  const struct {
-    const char *path, *other, *expected;
-  } cases[] = {
+  const Break cases[] = {
       // A node put on the line, to the nearest grid point above or below it.
       {"M0,0 L1000,333", "M500,167 L800,900", "M0,0 L500,167 M500,167 L1000,333"},
       {"M0,0 L1000,333", "M500,166 L800,900", "M0,0 L500,166 M500,166 L1000,333"},
@@ -463,11 +465,7 @@ TEST(EditingInteger, BreaksAllowForTheRoundingOfNodes) {
       // Beside the line is not on it.
       {"M0,0 L1000,0", "M500,1 L800,900", "M0,0 L1000,0"},
   };
-  for (const auto& c : cases) {
-    auto path = ParseCurve<tagPOINT>(c.path);
-    EXPECT_TRUE(path.BreakAtIntersections(ParseCurve<tagPOINT>(c.other)));
-    ExpectShape(path, c.expected);
-  }
+  for (const Break& c : cases) ExpectBroken<tagPOINT>(c);
 }
 
 TYPED_TEST(Editing, RepairsAreForwardedAndLeaveCopiesAlone) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 
 #include "support/cubic_oracles.h"
 #include "support/curves.h"
@@ -128,6 +129,7 @@ TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
   }
   EXPECT_EQ(ParseCurve<T>("M0,0 L10,0").GetEvenlySpacedPoints(1).size(), 1u);
   EXPECT_TRUE(ParseCurve<T>("M0,0").GetEvenlySpacedPoints(5).empty());
+  EXPECT_TRUE(ParseCurve<T>("M0,0 L10,0").GetEvenlySpacedPoints(SIZE_MAX).empty());
 }
 
 TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
@@ -157,6 +159,7 @@ TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
       EXPECT_EQ(path.GetPointCount(), nodes) << "it is divided already";
     }
   }
+  EXPECT_FALSE(ParseCurve<TypeParam>("M0,0 L10,0").DivideEqually(SIZE_MAX));
 }
 
 TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
 #include "support/curves.h"
 #include "support/point_types.h"
 
@@ -83,38 +80,6 @@ TEST(SubpathsDouble, BecomeIntegersHalfAwayFromZero) {
   const PolycurveT<tagPOINT> path(ParseCurve<DPoint>("M2.5,-2.5 L2.4,-2.4"));
   EXPECT_EQ(path.GetPoint(0), (tagPOINT{3, -3}));
   EXPECT_EQ(path.GetPoint(1), (tagPOINT{2, -2}));
-}
-
-TEST(SubpathsDouble, NumbersThatAreNoneOrHugeEndEveryQuestion) {
-  for (const double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1.7e308, -1.7e308, 1e-310}) {
-    for (std::size_t i = 0; i < 6; ++i) {
-      auto path = ParseCurve<DPoint>("M0,0 C10,20 20,-20 30,0 L30,30 L0,30");
-      path.SetPoint(i, {i % 2 ? bad : 5, i % 2 ? 5 : bad});
-      path.CloseLastSubpathWithOptionalLine();
-      for (const DPoint query : {DPoint{5, 5}, DPoint{bad, 0}, DPoint{0, bad}}) {
-        path.IsPointInShape(query, true, true);
-        path.GetSide(query);
-        path.FindClosestPoints(query);
-        PolycurveT<DPoint>::Closest found;
-        path.FindFarthestPoint(query, found);
-        PolycurveT<DPoint> edited = path;
-        edited.JoinTouchingSubpaths(bad);
-        edited.AppendFittedCurve(std::vector<DPoint>{{0, 0}, query, {1, 1}, {bad, bad}, {7, 3}}, 1);
-        edited.BreakAtSelfIntersections();
-        edited.TransformToFit({0, bad, 10, 10});
-        edited.MergeLines(bad);
-        edited.Extend(bad);
-      }
-      path.GetEvenlySpacedPoints(10);
-      path.DivideEqually(10);
-      path.GetPolyline(1);
-      path.BreakAtLength(bad);
-      path.GetPositionAtRelativeLength(bad);
-    }
-  }
-  PolycurveT<DPoint> path = ParseCurve<DPoint>("M0,0 L10,0");
-  EXPECT_TRUE(path.GetEvenlySpacedPoints(std::numeric_limits<std::size_t>::max()).empty());
-  EXPECT_FALSE(path.DivideEqually(std::numeric_limits<std::size_t>::max()));
 }
 
 }  // namespace

@@ -152,6 +152,12 @@ class Extremes {
     paths.emplace_back(still.data(), drawing.types.data(), still.size());
     paths.emplace_back(drawing.points.data(), bytes.data(), bytes.size());
     paths.emplace_back(wild.data(), bytes.data(), bytes.size());
+    // One extreme node, and one extreme handle, among ordinary ones.
+    for (const std::size_t at : {std::size_t{1}, std::size_t{3}}) {
+      std::vector<T> one = drawing.points;
+      one[at] = extremes[1 + at];
+      paths.emplace_back(one.data(), drawing.types.data(), one.size());
+    }
     return paths;
   }
 };
