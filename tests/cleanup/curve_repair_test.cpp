@@ -33,8 +33,7 @@ CurveRepairSettings AllOn() {
 
 LUMO_TYPED_SUITE(CurveRepair);
 
-TYPED_TEST(CurveRepair, MendsStructure) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, MendsStructure) {
   struct Case {
     const char* what;
     Path<T> broken;
@@ -79,8 +78,7 @@ TEST(CurveRepairDouble, PointsThatAreNotFiniteGo) {
   EXPECT_TRUE(Repaired(Path<DPoint>{{{0, nan}, {inf, 0}}, {0x04, 0x44}}).empty());
 }
 
-TYPED_TEST(CurveRepair, DropsShortSegmentsButNeverEndsOrWholeSubpaths) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, DropsShortSegmentsButNeverEndsOrWholeSubpaths) {
   struct Case {
     const char* svg;
     const char* left;
@@ -106,8 +104,7 @@ TYPED_TEST(CurveRepair, DropsShortSegmentsButNeverEndsOrWholeSubpaths) {
       << "lines have a limit of their own";
 }
 
-TYPED_TEST(CurveRepair, DropsSegmentsWithoutLength) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, DropsSegmentsWithoutLength) {
   struct Case {
     const char* svg;
     const char* left;
@@ -127,15 +124,13 @@ TYPED_TEST(CurveRepair, DropsSegmentsWithoutLength) {
   }
 }
 
-TYPED_TEST(CurveRepair, DropsSmallSubpathsByTheirBox) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, DropsSmallSubpathsByTheirBox) {
   const auto path = ParsePath<T>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z");
   EXPECT_EQ(test::After(path, 0, Lumo::RemoveSmallSubpaths<T>, 10),
             ParsePath<T>("M0,0 L10,0 M0,0 L0,100 M0,0 C40,0 40,9 0,9 L0,0Z"));
 }
 
-TYPED_TEST(CurveRepair, MovesHandlesOffTheirNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, MovesHandlesOffTheirNode) {
   CurveRepairSettings settings;
   const auto handles = [&](const char* svg) {
     const auto path = Repaired(ParsePath<T>(svg), settings);
@@ -161,8 +156,7 @@ double StartRadius(const Path<T>& path) {
   return 1.5 * std::pow(Length(h), 3) / std::fabs(Cross(h, at(2) - at(1)));
 }
 
-TYPED_TEST(CurveRepair, EasesTightEnds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, EasesTightEnds) {
   const auto path = ParsePath<T>("M0,0 C30,40 9000,-9000 10000,0");
   EXPECT_EQ(Repaired(path), path) << "only when asked for";
   CurveRepairSettings settings;
@@ -179,9 +173,8 @@ TYPED_TEST(CurveRepair, EasesTightEnds) {
   EXPECT_EQ(Repaired(path, settings), path);
 }
 
-TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
+LUMO_TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
   // A loop would be split by the next repair, its halves have tight ends of their own, and so on.
-  using T = TypeParam;
   CurveRepairSettings settings;
   settings.SetFixTightEndpointRadius(true);
   settings.SetTightEndpointRadiusLimit(20000);
@@ -208,8 +201,7 @@ TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
   EXPECT_GT(eased, 1000);
 }
 
-TYPED_TEST(CurveRepair, SplitsBeziersThatOverlapThemselves) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, SplitsBeziersThatOverlapThemselves) {
   CurveRepairSettings settings;
   const auto loop = ParsePath<T>("M0,0 C30000,20000 -20000,20000 10000,0");
   const auto fold = ParsePath<T>("M0,0 C40000,0 -10000,0 20000,0");
@@ -228,8 +220,7 @@ TYPED_TEST(CurveRepair, SplitsBeziersThatOverlapThemselves) {
   EXPECT_EQ(Repaired(drop, settings).count(), 4) << "a drop meets itself only in its node";
 }
 
-TYPED_TEST(CurveRepair, ContinuityFollowsTheHandles) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, ContinuityFollowsTheHandles) {
   struct Case {
     const char* svg;
     const char* mended;
@@ -255,9 +246,9 @@ TYPED_TEST(CurveRepair, ContinuityFollowsTheHandles) {
     CurveRepairSettings settings;
     settings.SetSmoothNodeAngleLimit(c.limit);
     auto path = ParsePath<T>(c.svg);
-    Lumo::RepairContinuity(path.points.data(), path.types.data(), path.count(), settings);
+    Lumo::RepairContinuity(LUMO_ARRAYS(path), settings);
     EXPECT_EQ(path, ParsePath<T>(c.mended)) << c.svg;
-    EXPECT_EQ(Lumo::RepairContinuity(path.points.data(), path.types.data(), path.count(), settings), 0);
+    EXPECT_EQ(Lumo::RepairContinuity(LUMO_ARRAYS(path), settings), 0);
   }
 }
 
@@ -269,8 +260,7 @@ double Apart(const std::vector<test::Polyline>& a, const std::vector<test::Polyl
   return worst;
 }
 
-TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
   test::Bits bits(91);
   test::PathOptions options;
   int changed = 0;
@@ -296,8 +286,7 @@ TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
   EXPECT_GT(changed, 2000);
 }
 
-TYPED_TEST(CurveRepair, MovesTheOutlineByNoMoreThanTheSettingsAllow) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(CurveRepair, MovesTheOutlineByNoMoreThanTheSettingsAllow) {
   test::Bits bits(93);
   test::PathOptions options;
   options.range = 60;
@@ -328,7 +317,7 @@ TYPED_TEST(CurveRepair, MovesTheOutlineByNoMoreThanTheSettingsAllow) {
 
 TEST(CurveRepairList, WorksOnSegmentLists) {
   const auto path = ParsePath<DPoint>("M0,0 L100,0 L100,5 L200,5 M9,9");
-  Lumo::CSegmentList list(path.points.data(), path.types.data(), path.count());
+  Lumo::CSegmentList list(LUMO_ARRAYS(path));
   CurveRepairReport report;
   ASSERT_TRUE(Lumo::RepairCurves(list, {}, &report));
   EXPECT_EQ(report.shortSegments, 1);

@@ -84,17 +84,17 @@ TEST(FixNodeTypes, ReportsExactlyWhetherAByteChangedAndSettles) {
 
 LUMO_TYPED_SUITE(Repair);
 
-TYPED_TEST(Repair, ScrubRemovesMovesThatStartNothing) {
-  test::Path<TypeParam> path{{{0, 0}, {1, 0}, {2, 0}, {3, 0}}, {0x00, 0x00, 0x40, 0x00}};
-  EXPECT_EQ(test::After(path, 0, Lumo::ScrubDanglingMoves<TypeParam>, true),
-            (test::Path<TypeParam>{{{1, 0}, {2, 0}}, {0x04, 0x44}}));
-  EXPECT_EQ(Lumo::ScrubDanglingMoves<TypeParam>(nullptr, nullptr, 4, true), 0);
+LUMO_TYPED_TEST(Repair, ScrubRemovesMovesThatStartNothing) {
+  test::Path<T> path{{{0, 0}, {1, 0}, {2, 0}, {3, 0}}, {0x00, 0x00, 0x40, 0x00}};
+  EXPECT_EQ(test::After(path, 0, Lumo::ScrubDanglingMoves<T>, true),
+            (test::Path<T>{{{1, 0}, {2, 0}}, {0x04, 0x44}}));
+  EXPECT_EQ(Lumo::ScrubDanglingMoves<T>(nullptr, nullptr, 4, true), 0);
   EXPECT_EQ(Lumo::ScrubDanglingMoves(path.points.data(), path.types.data(), 0, true), 0);
 }
 
-TYPED_TEST(Repair, ScrubHandsTheLetterOnOrClearsItEverywhere) {
+LUMO_TYPED_TEST(Repair, ScrubHandsTheLetterOnOrClearsItEverywhere) {
   for (const bool keep : {true, false}) {
-    test::Path<TypeParam> path{{{0, 0}, {1, 0}, {2, 0}, {3, 0}, {3, 0}}, {0x02, 0x00, 0x00, 0xC6, 0x4A}};
+    test::Path<T> path{{{0, 0}, {1, 0}, {2, 0}, {3, 0}, {3, 0}}, {0x02, 0x00, 0x00, 0xC6, 0x4A}};
     Lumo::ScrubDanglingMoves(path.points.data(), path.types.data(), 5, keep);
     EXPECT_EQ(path.types[0], keep ? 0x06 : 0x04);
     EXPECT_EQ(path.types[1], keep ? 0xC2 : 0xC0);  // handles are hidden
@@ -102,13 +102,13 @@ TYPED_TEST(Repair, ScrubHandsTheLetterOnOrClearsItEverywhere) {
   }
 }
 
-TYPED_TEST(Repair, ZeroLengthStepsOfAPolylineAreRemovedExactly) {
-  std::vector<TypeParam> points{{0, 0}, {0, 0}, {1, 0}, {1, 0}, {1, 0}, {0, 0}};
+LUMO_TYPED_TEST(Repair, ZeroLengthStepsOfAPolylineAreRemovedExactly) {
+  std::vector<T> points{{0, 0}, {0, 0}, {1, 0}, {1, 0}, {1, 0}, {0, 0}};
   EXPECT_EQ(Lumo::RemoveZeroLengthSegments(points.data(), 5), 2u);
-  EXPECT_EQ(points[1], (TypeParam{1, 0}));
+  EXPECT_EQ(points[1], (T{1, 0}));
   EXPECT_EQ(Lumo::RemoveZeroLengthSegments(points.data(), 0), 0u);
   EXPECT_EQ(Lumo::RemoveZeroLengthSegments(points.data(), 1), 1u);
-  EXPECT_EQ(Lumo::RemoveZeroLengthSegments<TypeParam>(nullptr, 3), 0u);
+  EXPECT_EQ(Lumo::RemoveZeroLengthSegments<T>(nullptr, 3), 0u);
   std::vector<DPoint> close{{0, 0}, {1e-300, 0}};
   EXPECT_EQ(Lumo::RemoveZeroLengthSegments(close.data(), 2), 2u) << "no tolerance";
 }

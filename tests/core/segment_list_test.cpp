@@ -9,7 +9,7 @@ namespace {
 TEST(SegmentList, GivesBackTheNodesItWasMadeFrom) {
   const auto path =
       test::ParsePath<TavMath::DPoint>("M0,0 L10,0 e C10,5 5,10 0,10 s L0,0 Z M20,20 M30,0 C1,2 3,4 5,6");
-  const Lumo::CSegmentList list(path.points.data(), path.types.data(), path.count());
+  const Lumo::CSegmentList list(LUMO_ARRAYS(path));
   EXPECT_EQ(list.SubpathCount(), 3u);
   EXPECT_EQ(list.size(), 4u);
   EXPECT_EQ(list.SubpathEnd(1), list.GetSubpath(1).firstSegment) << "a lone move holds no segment";

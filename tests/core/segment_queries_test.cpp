@@ -64,7 +64,7 @@ TEST(PointOnCurve, LeavesTheOutputAloneElsewhere) {
 TEST(ShortSegments, AreThoseWithEveryPointWithinTheTolerance) {
   const auto path = test::ParsePath<tagPOINT>("M0,0 L3,4 C3,4 6,8 3,4 L3,4");
   const auto isShort = [&](int i, int tolerance) {
-    return CRV_SegmentIsShort(path.points.data(), path.types.data(), path.count(), i, tolerance);
+    return CRV_SegmentIsShort(LUMO_ARRAYS(path), i, tolerance);
   };
   EXPECT_EQ(isShort(1, 5), 1) << "the limit itself passes";
   EXPECT_EQ(isShort(1, 4), 0);
@@ -80,7 +80,7 @@ TEST(CloseSegments, ByDirection) {
   const auto path = test::ParsePath<DPoint>(
       "M0,0 L10,0 M0,1 L10,1 M10,1 L0,1 M0,0 C1,5 9,5 10,0 M10,1 C9,6 1,6 0,1 M0,0 C1,5 9,5 10,0");
   const auto close = [&](int a, int b, int direction) {
-    return CRV_SegmentsAreClose(path.points.data(), path.types.data(), path.count(), a, b, 1, direction);
+    return CRV_SegmentsAreClose(LUMO_ARRAYS(path), a, b, 1, direction);
   };
   const struct {
     int a, b, same, opposite;

@@ -29,8 +29,7 @@ TEST(AddRoom, NumbersAMoveNodeAsALine) {
   for (const int kind : {3, 4, -1, 0x40, 0x80}) EXPECT_EQ(CRV_NeedGrowForAddNodeOfType(kind), 0);
 }
 
-TYPED_TEST(Add, SplitsALine) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, SplitsALine) {
   const bool isInt = std::is_same_v<T, tagPOINT>;
   const char* split = isInt ? "M0,0 L2,1es L3,1es" : "M0,0 L1.5,0.5es L3,1es";
   EXPECT_EQ(Split(ParsePath<T>("M0,0 L3,1es"), 1, 1, 0.5, 1), ParsePath<T>(split))
@@ -40,8 +39,7 @@ TYPED_TEST(Add, SplitsALine) {
       << "a user node, not a closing one";
 }
 
-TYPED_TEST(Add, SplitsACurveAndDemotesItsEnds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, SplitsACurveAndDemotesItsEnds) {
   auto path = ParsePath<T>("M0,0 L8,0y C16,0 24,8 24,16yn C24,32 8,32 8,24");
   path.types[2] |= 5;
   path.types[3] |= 1;
@@ -54,8 +52,7 @@ TYPED_TEST(Add, SplitsACurveAndDemotesItsEnds) {
   EXPECT_EQ(closed.Bytes(), (std::vector<int>{0x1C, 0xC0, 0xC0, 0x94, 0xC0, 0xC0, 0x94, 0xC0, 0xC0, 0x98}));
 }
 
-TYPED_TEST(Add, RefusesWhatHasNoSegment) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, RefusesWhatHasNoSegment) {
   const auto path = ParsePath<T>("M0,0 L9,0 C9,3 9,6 9,9");
   const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
   struct Case {
@@ -64,16 +61,15 @@ TYPED_TEST(Add, RefusesWhatHasNoSegment) {
   };
   for (const Case& c : {Case{0, 0.5}, {2, 0.5}, {3, 0.5}, {-1, 0.5}, {5, 0.5}, {1, nan}, {4, inf}}) {
     auto copy = path;
-    EXPECT_EQ(CRV_Add(copy.points.data(), copy.types.data(), copy.count(), c.index, c.t, 1), 0);
+    EXPECT_EQ(CRV_Add(LUMO_ARRAYS(copy), c.index, c.t, 1), 0);
     EXPECT_EQ(copy, path);
-    EXPECT_EQ(CRV_NodeEditAddHere(copy.points.data(), copy.types.data(), copy.count(), c.index, c.t), -1);
+    EXPECT_EQ(CRV_NodeEditAddHere(LUMO_ARRAYS(copy), c.index, c.t), -1);
     EXPECT_EQ(copy, path);
   }
   EXPECT_EQ(CRV_Add<T>(nullptr, nullptr, 5, 1, 0.5, 1), 0);
 }
 
-TYPED_TEST(Add, ChangesNoPointOfTheCurve) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, ChangesNoPointOfTheCurve) {
   test::Bits bits(41);
   test::PathOptions options;
   options.flags = false;
@@ -95,8 +91,7 @@ TYPED_TEST(Add, ChangesNoPointOfTheCurve) {
   }
 }
 
-TYPED_TEST(Add, EnabledInOnePassEqualsNodeByNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, EnabledInOnePassEqualsNodeByNode) {
   test::Bits bits(42);
   for (int k = 0; k < 3000; ++k) {
     const auto path = test::RandomPath<T>(bits);
@@ -110,8 +105,7 @@ TYPED_TEST(Add, EnabledInOnePassEqualsNodeByNode) {
   }
 }
 
-TYPED_TEST(Add, NodeEditorSelectsTheNewNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, NodeEditorSelectsTheNewNode) {
   // The closing line is split: the new node is selected, the closed ends (both) are not.
   const auto here = After(ParsePath<T>("M0,0e L8,0 L8,8 L0,0eZ"), 1, CRV_NodeEditAddHere<T>, 3, 0.5);
   EXPECT_EQ(here, ParsePath<T>("M0,0 L8,0 L8,8 L4,4e L0,0Z"));
@@ -120,8 +114,7 @@ TYPED_TEST(Add, NodeEditorSelectsTheNewNode) {
       << "both new ends of the split selected, their handles enabled";
 }
 
-TYPED_TEST(Add, AppendInsertsBehindANode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, AppendInsertsBehindANode) {
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0");
   const T nine{9, 9};
   EXPECT_EQ(After(path, 1, CRV_AppendLine<T>, 0, nine), ParsePath<T>("M0,0 L9,9 L1,0 L2,0"));
@@ -138,8 +131,7 @@ TYPED_TEST(Add, AppendInsertsBehindANode) {
     EXPECT_EQ(CRV_AppendLine(g.points.data(), g.types.data(), 3, index, nine), -1);
 }
 
-TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0 L3,0");
   const auto source = ParsePath<T>("M10,0 L11,0 L12,0 L13,0");
   const auto append = [&](int index, int n, int first) {
@@ -157,8 +149,7 @@ TYPED_TEST(Add, AppendOfASourceOverwritesPastItsGap) {
             -1);
 }
 
-TYPED_TEST(Add, RemoveCutsRangesAndTails) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, RemoveCutsRangesAndTails) {
   const auto path = ParsePath<T>("M0,0 L1,0 L2,0 L3,0");
   const auto remove = [&](int first, int n) { return After(path, 0, CRV_Remove<T>, first, n); };
   EXPECT_EQ(remove(1, 2), ParsePath<T>("M0,0 L3,0"));
@@ -168,8 +159,7 @@ TYPED_TEST(Add, RemoveCutsRangesAndTails) {
     EXPECT_EQ(remove(first, n), path);
 }
 
-TYPED_TEST(Add, OpenSubpathsAreRemovedAndSubpathsReversed) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Add, OpenSubpathsAreRemovedAndSubpathsReversed) {
   const auto path = ParsePath<T>("M0,0 L1,0 M5,5 L6,5 L6,6Z M9,9 M7,7 C8,8 9,9 7,7Z M2,2 L3,3");
   EXPECT_EQ(After(path, 0, CRV_RemoveOpenSubpaths<T>), ParsePath<T>("M5,5 L6,5 L6,6Z M7,7 C8,8 9,9 7,7Z"));
   GuardedPath<T> g(ParsePath<T>("M0,0 L1,0 M5,5 C6,5 6,6 7,7 L8,8e M1,1"));

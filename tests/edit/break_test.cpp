@@ -13,8 +13,7 @@ using test::Path;
 
 LUMO_TYPED_SUITE(Break);
 
-TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
   struct Case {
     const char* svg;
     const char* broken;
@@ -41,8 +40,7 @@ TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
   EXPECT_EQ(copy, lone);
 }
 
-TYPED_TEST(Break, EnabledInOnePassEqualsNodeByNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Break, EnabledInOnePassEqualsNodeByNode) {
   test::Bits bits(51);
   int broken = 0;
   for (int k = 0; k < 5000; ++k) {
@@ -62,8 +60,7 @@ TYPED_TEST(Break, EnabledInOnePassEqualsNodeByNode) {
   EXPECT_GT(broken, 1000);
 }
 
-TYPED_TEST(Break, AtALocation) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Break, AtALocation) {
   struct Case {
     const char* svg;
     int index;
@@ -99,8 +96,7 @@ TYPED_TEST(Break, AtALocation) {
   EXPECT_EQ(CRV_BreakAtLocation(lone.points.data(), lone.types.data(), 1, 0, 1.0), -1);
 }
 
-TYPED_TEST(Break, ThenJoinGivesTheShapeBack) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Break, ThenJoinGivesTheShapeBack) {
   test::Bits bits(52);
   test::PathOptions options;
   options.maxSubpaths = 1;

@@ -14,8 +14,7 @@ using test::Path;
 
 LUMO_TYPED_SUITE(Convert);
 
-TYPED_TEST(Convert, LineToCurveTracesTheLine) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, LineToCurveTracesTheLine) {
   const auto convert = [](const char* svg, int room, int index) {
     return After(ParsePath<T>(svg), room, CRV_ToCurveNode<T>, index);
   };
@@ -36,8 +35,7 @@ TEST(ConvertInteger, HandlesOfALineAreRoundedHalfAwayFromZero) {
   EXPECT_EQ(path.points[2].x, 715827882);
 }
 
-TYPED_TEST(Convert, EnabledLinesToCurvesInOnePassEqualNodeByNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, EnabledLinesToCurvesInOnePassEqualNodeByNode) {
   test::Bits bits(31);
   for (int k = 0; k < 1000; ++k) {
     const auto path = test::RandomPath<T>(bits);
@@ -48,8 +46,7 @@ TYPED_TEST(Convert, EnabledLinesToCurvesInOnePassEqualNodeByNode) {
   }
 }
 
-TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
   test::Bits bits(32);
   for (int k = 0; k < 3000; ++k) {
     const auto path = test::RandomPath<T>(bits);
@@ -59,8 +56,7 @@ TYPED_TEST(Convert, EnabledCurvesToLinesInOnePassEqualNodeByNode) {
   }
 }
 
-TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
   EXPECT_EQ(After(ParsePath<T>("M0,0 L9,0s C9,3 9,6 9,9eys L0,9"), 0, CRV_ToLineEnabled<T>),
             ParsePath<T>("M0,0 L9,0 L9,9e L0,9"));
   // A closing node stays no user node; both closed ends become cusps when lines meet there.
@@ -71,8 +67,7 @@ TYPED_TEST(Convert, CurveToLineKeepsFlagsAndDropsContinuityBetweenLines) {
       << "a curve comes in at the closed end, so it stays smooth";
 }
 
-TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
   const auto at = [](const char* svg, int index) {
     return After(ParsePath<T>(svg), 0, CRV_ToLineNode<T>, index);
   };
@@ -90,8 +85,7 @@ TYPED_TEST(Convert, SingleCurveToLineRepairsContinuityItsOwnWay) {
       << "smoothing runs although nothing was converted";
 }
 
-TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
   struct Case {
     const char* svg;
     ContinuityType continuity;
@@ -117,7 +111,7 @@ TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
   }
   // Refused as symmetric, but smoothing runs: the handle turns onto the line.
   auto path = ParsePath<T>("M0,0 C0,9 10,30 10,10es L40,10");
-  CRV_SetContEnabled(path.points.data(), path.types.data(), path.count(), symmetric);
+  CRV_SetContEnabled(LUMO_ARRAYS(path), symmetric);
   EXPECT_EQ(path.points[2], (T{-10, 10}));
 }
 
@@ -125,12 +119,11 @@ TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
 template <class T>
 std::vector<T> Smoothed(const char* svg, int node) {
   auto path = ParsePath<T>(svg);
-  SmoothNode(path.points.data(), path.types.data(), path.count(), node);
+  SmoothNode(LUMO_ARRAYS(path), node);
   return path.points;
 }
 
-TYPED_TEST(Convert, SmoothingKeepsLengthsAndSharesThemWhenSymmetric) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, SmoothingKeepsLengthsAndSharesThemWhenSymmetric) {
   auto points = Smoothed<T>("M-100,0 C-50,0 -10,0 0,0y C30,0 60,60 90,90", 3);
   EXPECT_EQ(points[2], (T{-20, 0}));
   EXPECT_EQ(points[4], (T{20, 0}));
@@ -143,7 +136,7 @@ TYPED_TEST(Convert, SmoothingKeepsLengthsAndSharesThemWhenSymmetric) {
   // Neither cusps nor hidden inner nodes are touched.
   for (const char* svg : {"M0,0 L9,0 C9,3 9,6 9,9", "M0,0 L9,0sn C9,3 9,6 9,9"}) {
     auto path = ParsePath<T>(svg);
-    SmoothNodes(path.points.data(), path.types.data(), path.count());
+    SmoothNodes(LUMO_ARRAYS(path));
     EXPECT_EQ(path, ParsePath<T>(svg));
   }
 }
@@ -159,8 +152,7 @@ TEST(ConvertInteger, SmoothingTruncatesAndAHandleBesideALineIsBiased) {
   EXPECT_EQ(points[4], (tagPOINT{10, 1}));
 }
 
-TYPED_TEST(Convert, SplitEndsAreDemotedWithTheirTwins) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, SplitEndsAreDemotedWithTheirTwins) {
   auto path = ParsePath<T>("M0,0y C9,0 9,9 5,5y C9,3 6,6 0,0yZ");
   SmoothEndNodes(path.types.data(), 0, 3, path.count());
   EXPECT_EQ(path.Bytes(), (std::vector<int>{0x1C, 0xC0, 0xC0, 0x94, 0xC0, 0xC0, 0x98}));
@@ -170,8 +162,7 @@ TYPED_TEST(Convert, SplitEndsAreDemotedWithTheirTwins) {
   EXPECT_EQ(path, ParsePath<T>("M0,0y C9,0 9,9 5,5y"));
 }
 
-TYPED_TEST(Convert, TransformMovesEnabledPointsOnly) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, TransformMovesEnabledPointsOnly) {
   const TavMath::MATRIX shift{1, 0, 0, 1, 10, 0};
   auto path = ParsePath<T>("M0,0e C1,1 2,2 3,3 L4,4e");
   path.types[2] |= 1;
@@ -185,8 +176,7 @@ TYPED_TEST(Convert, TransformMovesEnabledPointsOnly) {
   EXPECT_NEAR(path.points[2].y, -10, 1);
 }
 
-TYPED_TEST(Convert, EnabledBoxIsYUp) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, EnabledBoxIsYUp) {
   auto path = ParsePath<T>("M0,0e L50,50 L5,10e");
   tagRECT box{1, 2, 3, 4};
   EXPECT_EQ(CRV_GetEnabledBoundingBox(path.points.data(), path.types.data(), 3, &box), 1);
@@ -197,8 +187,7 @@ TYPED_TEST(Convert, EnabledBoxIsYUp) {
   EXPECT_EQ(CRV_GetEnabledBoundingBox<T>(path.points.data(), path.types.data(), 2, nullptr), 0);
 }
 
-TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
   struct Case {
     const char* svg;
     const char* thin;
@@ -226,14 +215,13 @@ TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
   EXPECT_EQ(CRV_TransferThisThinSubpathToRegular(path.points.data(), path.types.data(), 3, 0, -1), 3);
 }
 
-TYPED_TEST(Convert, AfterAWeldOnlyClosedSubpathsWithAnAreaStay) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Convert, AfterAWeldOnlyClosedSubpathsWithAnAreaStay) {
   const auto path = ParsePath<T>("M0,0 L9,0 L0,0Z M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0 L0,0Z");
   EXPECT_EQ(After(path, 0, CRV_TransferAllThinSubpathsToRegular<T>, 1),
             ParsePath<T>("M0,0 L9,0 M0,0 L90,0 L90,90Z M5,5 L6,60 M0,0 L9,0"));
   EXPECT_EQ(After(path, 0, CRV_RepairClosedCurveAfterWeld<T>, 1), ParsePath<T>("M0,0 L90,0 L90,90Z"));
   auto copy = path;
-  EXPECT_EQ(CRV_RepairBadClosedSubpaths(copy.points.data(), copy.types.data(), copy.count()), 0);
+  EXPECT_EQ(CRV_RepairBadClosedSubpaths(LUMO_ARRAYS(copy)), 0);
   EXPECT_EQ(copy, path);
 }
 

@@ -95,8 +95,7 @@ Path<T> SlowDelete(Path<T> path) {
   return path;
 }
 
-TYPED_TEST(Delete, InOnePassEqualsPieceByPiece) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, InOnePassEqualsPieceByPiece) {
   test::Bits bits(71);
   int vanished = 0, shrunk = 0;
   for (int k = 0; k < 6000; ++k) {
@@ -116,8 +115,7 @@ TYPED_TEST(Delete, InOnePassEqualsPieceByPiece) {
   EXPECT_GT(shrunk, 3000);
 }
 
-TYPED_TEST(Delete, Cases) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, Cases) {
   struct Case {
     const char* svg;
     const char* left;
@@ -159,8 +157,7 @@ TYPED_TEST(Delete, Cases) {
   EXPECT_EQ(n, 0);
 }
 
-TYPED_TEST(Delete, TellsWhatItTookOut) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, TellsWhatItTookOut) {
   struct Case {
     const char* svg;
     std::vector<std::vector<int>> runs;  // first, count, before, after, fitted
@@ -178,7 +175,7 @@ TYPED_TEST(Delete, TellsWhatItTookOut) {
     auto path = ParsePath<T>(c.svg);
     WDeleteRunInfo* runs = nullptr;
     int n = -1;
-    CRV_DeleteEnabledEx(path.points.data(), path.types.data(), path.count(), &runs, &n);
+    CRV_DeleteEnabledEx(LUMO_ARRAYS(path), &runs, &n);
     std::vector<std::vector<int>> told;
     for (int k = 0; k < n; ++k)
       told.push_back({runs[k].first, runs[k].count, runs[k].before, runs[k].after, runs[k].fitted});
@@ -186,13 +183,11 @@ TYPED_TEST(Delete, TellsWhatItTookOut) {
     EXPECT_EQ(runs == nullptr, c.runs.empty());
     std::free(runs);
     path = ParsePath<T>(c.svg);
-    EXPECT_GE(CRV_DeleteEnabledEx<T>(path.points.data(), path.types.data(), path.count(), nullptr, nullptr),
-              0);
+    EXPECT_GE(CRV_DeleteEnabledEx<T>(LUMO_ARRAYS(path), nullptr, nullptr), 0);
   }
 }
 
-TYPED_TEST(Delete, AfterAddGivesTheFormerCubicBack) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, AfterAddGivesTheFormerCubicBack) {
   test::Bits bits(72);
   const bool isInt = std::is_same_v<T, tagPOINT>;
   test::PathOptions options;
@@ -245,8 +240,7 @@ TEST(DeleteDouble, GivesBackACubicThatWasSplitThousandsOfTimes) {
   for (std::size_t c = 0; c < 4; ++c) EXPECT_LT(Distance(left.points[c], cubic[c]), 1e-3) << c;
 }
 
-TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {
   test::Bits bits(73);
   test::PathOptions options;
   options.maxSubpaths = 1;
@@ -258,7 +252,7 @@ TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {
     if (path.count() < 7) continue;
     auto copy = path;
     for (int i = 3; i + 1 < copy.count(); i += 3) copy.type(i) |= 1;
-    ASSERT_EQ(CRV_DeleteEnabled(copy.points.data(), copy.types.data(), copy.count()), 4);
+    ASSERT_EQ(CRV_DeleteEnabled(LUMO_ARRAYS(copy)), 4);
     // Between the handle of an end before, and after.
     const auto angle = [&](int end, int before, std::size_t after) {
       const DPoint o = AsDouble(path.point(end));
@@ -305,8 +299,7 @@ TEST(DeleteFit, OfAGentleStretchMissesByLittle) {
               worst);
 }
 
-TYPED_TEST(Delete, FitNeverMissesByMoreThanThePlainCurve) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Delete, FitNeverMissesByMoreThanThePlainCurve) {
   test::Bits bits(75);
   test::PathOptions options;
   options.maxSubpaths = 1;

@@ -13,8 +13,7 @@ using test::Path;
 
 LUMO_TYPED_SUITE(Join);
 
-TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
   struct Case {
     const char* svg;
     int a, b;
@@ -54,20 +53,18 @@ TEST(JoinInteger, MeansOfTheWholeRangeDoNotOverflow) {
   EXPECT_EQ(path.points[1], (tagPOINT{2147483646, 0}));
 }
 
-TYPED_TEST(Join, RefusesWhatIsNoOpenEnd) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Join, RefusesWhatIsNoOpenEnd) {
   const auto path = ParsePath<T>("M0,0 L4,0 L5,0 M3,-3 L9,9 L9,0Z");
   for (const auto& [a, b] : {std::pair{0, 1}, {1, 0}, {0, 0}, {0, 3}, {6, 2}, {-1, 0}, {0, 7}}) {
     auto copy = path;
     int index = -7;
-    EXPECT_EQ(CRV_JoinTwoNodesExt(copy.points.data(), copy.types.data(), copy.count(), a, b, &index), -2);
+    EXPECT_EQ(CRV_JoinTwoNodesExt(LUMO_ARRAYS(copy), a, b, &index), -2);
     EXPECT_EQ(copy, path);
     EXPECT_EQ(index, -7);
   }
 }
 
-TYPED_TEST(Join, WithABridge) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Join, WithABridge) {
   struct Case {
     const char* svg;
     std::array<int, 4> p;
@@ -97,9 +94,7 @@ TYPED_TEST(Join, WithABridge) {
   for (const auto& p : refused) {
     auto copy = path;
     std::array q = p;
-    EXPECT_EQ(CRV_JoinTwoNodesWithOpenSubpathExt(copy.points.data(), copy.types.data(), copy.count(), &q[0],
-                                                 &q[1], &q[2], &q[3]),
-              -1);
+    EXPECT_EQ(CRV_JoinTwoNodesWithOpenSubpathExt(LUMO_ARRAYS(copy), &q[0], &q[1], &q[2], &q[3]), -1);
     EXPECT_EQ(copy, path);
     EXPECT_EQ(q, p);
   }
@@ -115,8 +110,7 @@ TYPED_TEST(Join, WithABridge) {
   EXPECT_EQ(half(-1, 5, 3, -1), "-1");
 }
 
-TYPED_TEST(Join, EnabledEnds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Join, EnabledEnds) {
   struct Case {
     const char* svg;
     const char* joined;
@@ -147,15 +141,14 @@ TYPED_TEST(Join, EnabledEnds) {
   EXPECT_EQ(bridge.Bytes(), (std::vector<int>{0x09, 0x41, 0xC0, 0xC0, 0x89}));
   for (const char* svg : {"M0,0 L4,0e", "M0,0e L4,0 L0,0eZ"}) {
     auto copy = ParsePath<T>(svg);
-    EXPECT_EQ(CRV_JoinEnabled(copy.points.data(), copy.types.data(), copy.count()), -2);
-    EXPECT_EQ(CRV_NodeEditJoinEnabled(copy.points.data(), copy.types.data(), copy.count()), -2);
+    EXPECT_EQ(CRV_JoinEnabled(LUMO_ARRAYS(copy)), -2);
+    EXPECT_EQ(CRV_NodeEditJoinEnabled(LUMO_ARRAYS(copy)), -2);
     EXPECT_EQ(copy, ParsePath<T>(svg));
   }
   EXPECT_EQ(CRV_JoinEnabled<T>(nullptr, nullptr, 3), -2);
 }
 
-TYPED_TEST(Join, ClosingAllInOnePassEqualsOneByOne) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Join, ClosingAllInOnePassEqualsOneByOne) {
   test::Bits bits(61);
   int closed = 0;
   for (int k = 0; k < 4000; ++k) {

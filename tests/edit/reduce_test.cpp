@@ -35,8 +35,7 @@ double Apart(const Path<T>& a, const Path<T>& b) {
   return worst;
 }
 
-TYPED_TEST(Reduce, TakesBackWhatASplitAdded) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Reduce, TakesBackWhatASplitAdded) {
   for (const char* svg : {"M0,0 L8192,0 L8192,4096", "M0,0 C0,8192 4096,16384 16384,16384",
                           "M0,0 L8192,0 C8192,4096 4096,8192 0,8192 Z"}) {
     Path<T> path = ParsePath<T>(svg);
@@ -51,8 +50,7 @@ TYPED_TEST(Reduce, TakesBackWhatASplitAdded) {
   }
 }
 
-TYPED_TEST(Reduce, StaysWithinTheToleranceAndKeepsWhatIsNotEnabled) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Reduce, StaysWithinTheToleranceAndKeepsWhatIsNotEnabled) {
   test::Bits bits(11);
   int removed = 0;
   for (int k = 0; k < 150; ++k) {
@@ -80,8 +78,7 @@ TYPED_TEST(Reduce, StaysWithinTheToleranceAndKeepsWhatIsNotEnabled) {
   EXPECT_EQ(Reduced(ParsePath<T>("M0,0 e L5,0 e L10,0 e"), -1).count(), 3);
 }
 
-TYPED_TEST(Reduce, ASecondArrayLosesTheSameNodesAndFitsItsOwnCurves) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Reduce, ASecondArrayLosesTheSameNodesAndFitsItsOwnCurves) {
   test::Bits bits(13);
   int removed = 0;
   for (int k = 0; k < 150; ++k) {

@@ -179,8 +179,7 @@ TEST(RoomTable, NamesEveryInPlaceFunction) {
   EXPECT_EQ(missing, std::set<std::string>());
 }
 
-TYPED_TEST(Room, TheStatedSlotsSufficeAndTheLastIsUsed) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Room, TheStatedSlotsSufficeAndTheLastIsUsed) {
   for (const auto& grower : Growers<T>()) {
     SCOPED_TRACE(grower.name);
     const auto path = test::ParsePath<T>(grower.svg);
@@ -191,8 +190,7 @@ TYPED_TEST(Room, TheStatedSlotsSufficeAndTheLastIsUsed) {
   }
 }
 
-TYPED_TEST(Room, WhatNeedsNoneStaysInTheArrays) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Room, WhatNeedsNoneStaysInTheArrays) {
   test::Bits bits(5);
   for (const auto& keeper : Keepers<T>()) {
     SCOPED_TRACE(keeper.name);
@@ -209,8 +207,7 @@ TYPED_TEST(Room, WhatNeedsNoneStaysInTheArrays) {
 }
 
 #if defined(LUMO_TEST_ASAN)
-TYPED_TEST(Room, OneSlotLessIsNoticedBeforeItIsWritten) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Room, OneSlotLessIsNoticedBeforeItIsWritten) {
   GTEST_FLAG_SET(death_test_style, "fast");
   for (const auto& grower : Growers<T>()) {
     SCOPED_TRACE(grower.name);

@@ -201,8 +201,7 @@ double WorstBend(const Path<T>& path) {
 
 LUMO_TYPED_SUITE(Smoothness);
 
-TYPED_TEST(Smoothness, OutlivesEveryEdit) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Smoothness, OutlivesEveryEdit) {
   test::Bits bits(81);
   test::PathOptions options;
   options.range = 1000000;
@@ -213,9 +212,9 @@ TYPED_TEST(Smoothness, OutlivesEveryEdit) {
     auto path = test::RandomPath<T>(bits, options);
     for (auto& type : path.types) type.Set(NODETYPE::kEnabled, true);
     for (const auto continuity : {ContinuityType::cusp, ContinuityType::smooth, ContinuityType::symmetric})
-      CRV_SetContEnabled(path.points.data(), path.types.data(), path.count(), continuity);
-    SmoothNodes(path.points.data(), path.types.data(), path.count());
-    SmoothNodes(path.points.data(), path.types.data(), path.count());
+      CRV_SetContEnabled(LUMO_ARRAYS(path), continuity);
+    SmoothNodes(LUMO_ARRAYS(path));
+    SmoothNodes(LUMO_ARRAYS(path));
     for (int step = 0; step < 12; ++step) {
       Edit edit = RandomEdit(bits);
       // A single conversion to a line leaves some corners between lines marked smooth (see crv_convert.h), a
@@ -226,7 +225,7 @@ TYPED_TEST(Smoothness, OutlivesEveryEdit) {
       ApplyGuarded(edit, path);
       // A joint may bring together two handles: smooth until it is smoothed is what the user asked for.
       if (edit.verb == 4 || edit.verb == 5 || edit.verb == 13 || edit.verb == 14 || edit.verb == 18)
-        SmoothNodes(path.points.data(), path.types.data(), path.count());
+        SmoothNodes(LUMO_ARRAYS(path));
       const double bend = WorstBend(path);
       if (bend < 0) break;
       ASSERT_LE(bend, 2e-3) << "verb " << edit.verb << "\n" << path;

@@ -61,7 +61,7 @@ Path<T> ToLineEnabled(Path<T> path) {
     if (i < e && isLine(i + 1)) cusp(i);
     if (i == e && isLine(s + 1)) cusp(s), cusp(e);
   }
-  SmoothEnabledNodes(path.points.data(), path.types.data(), path.count());
+  SmoothEnabledNodes(LUMO_ARRAYS(path));
   return path;
 }
 

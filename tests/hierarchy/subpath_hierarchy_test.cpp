@@ -62,8 +62,7 @@ std::string Shape(const SubpathTreeNode& node, const PolycurveT<T>& path) {
   return text;
 }
 
-TYPED_TEST(Hierarchy, NestsEqualSquaresAndReversesAdoptedOnes) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, NestsEqualSquaresAndReversesAdoptedOnes) {
   PolycurveT<T> equal;
   AddSquare(equal, 0, 0, 100);
   AddSquare(equal, 0, 0, 100);
@@ -77,8 +76,7 @@ TYPED_TEST(Hierarchy, NestsEqualSquaresAndReversesAdoptedOnes) {
   EXPECT_EQ(Shape(Tree(adopting), adopting), "10,15(5,0)");
 }
 
-TYPED_TEST(Hierarchy, KeepsOpenSubpathsBesideTheTreeAndCutsGroupsAtLetterFlags) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, KeepsOpenSubpathsBesideTheTreeAndCutsGroupsAtLetterFlags) {
   PolycurveT<T> path;
   const auto open = [&](double x) {
     path.MoveTo(MakePoint<T>(x, 10));
@@ -96,8 +94,7 @@ TYPED_TEST(Hierarchy, KeepsOpenSubpathsBesideTheTreeAndCutsGroupsAtLetterFlags) 
   EXPECT_EQ(Shape(Tree(path, false), path), "0(13),5,7,11");
 }
 
-TYPED_TEST(Hierarchy, CountsAreasByDirectionAndDropsCutOffs) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, CountsAreasByDirectionAndDropsCutOffs) {
   PolycurveT<T> path;
   AddSquare(path, 0, 0, 100, true);
   AddSquare(path, 10, 10, 50, false);
@@ -142,8 +139,7 @@ std::string OneByOne(const PolycurveT<T>& path) {
   return Shape(tree, path);
 }
 
-TYPED_TEST(Hierarchy, BuildsTheSameTreeAsInsertionOneByOne) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, BuildsTheSameTreeAsInsertionOneByOne) {
   std::mt19937 random(7);
   const auto number = [&](int limit) { return static_cast<double>(random() % static_cast<unsigned>(limit)); };
   int nested = 0;
@@ -163,8 +159,7 @@ TYPED_TEST(Hierarchy, BuildsTheSameTreeAsInsertionOneByOne) {
   EXPECT_GT(nested, 30) << "the drawings must really nest";
 }
 
-TYPED_TEST(Hierarchy, FindsTheDepthOfConcentricRingsInAnyOrder) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, FindsTheDepthOfConcentricRingsInAnyOrder) {
   std::mt19937 random(11);
   std::vector<int> radius;
   for (int k = 1; k <= 40; ++k) radius.push_back(100 * k);
@@ -235,8 +230,7 @@ TEST(SubpathHierarchy, SurvivesNothingAndNonsense) {
   EXPECT_EQ(SubpathHierarchy(some, headless, 4, false).GetNumberOfChildren(), 1u);
 }
 
-TYPED_TEST(Hierarchy, IsTheSameByEveryConstructorAndGivesTheSameNodesBack) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Hierarchy, IsTheSameByEveryConstructorAndGivesTheSameNodesBack) {
   PolycurveT<T> path;
   AddSquare(path, 0, 0, 100);
   AddDisc(path, 50, 50, 30);

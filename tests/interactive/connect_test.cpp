@@ -14,9 +14,7 @@ struct Free {
 };
 using Record = std::unique_ptr<CRV_CONNECTINFO, Free>;
 
-Record Make(const test::IntPath& path) {
-  return Record(CRV_ConnectInfoConstruct(path.points.data(), path.types.data(), path.count()));
-}
+Record Make(const test::IntPath& path) { return Record(CRV_ConnectInfoConstruct(LUMO_ARRAYS(path))); }
 
 TEST(ConnectInfo, ListsTheEndsOfOpenSubpaths) {
   const auto path = test::ParsePath<tagPOINT>("M0,0 L1,0 L2,0 M5,5 L6,6 L5,6 Z M8,8 M9,9 C9,1 9,2 9,3");

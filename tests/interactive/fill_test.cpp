@@ -15,7 +15,7 @@ constexpr int kOnPath = -1;
 /// 1 inside, 0 outside, kOnPath.
 int Fill(const IntPath& path, tagPOINT p) {
   int inside = kOnPath;
-  const int off = UTLIsPointInFill(path.points.data(), path.types.data(), path.count(), p, &inside);
+  const int off = UTLIsPointInFill(LUMO_ARRAYS(path), p, &inside);
   EXPECT_EQ(off == 0, inside == kOnPath) << "inside is written exactly when the point is off the path";
   return inside;
 }
@@ -133,7 +133,7 @@ TEST(Fill, OfALongOutlineWithNodesOnBlockEdges) {
 }
 
 int Hole(const IntPath& path, int first, int offset = 0) {
-  return UTLIsSubpathHole_Ex(path.points.data(), path.types.data(), path.count(), first, offset);
+  return UTLIsSubpathHole_Ex(LUMO_ARRAYS(path), first, offset);
 }
 
 TEST(SubpathHole, ByTheNumberOfEnclosingSubpaths) {
@@ -144,7 +144,7 @@ TEST(SubpathHole, ByTheNumberOfEnclosingSubpaths) {
   EXPECT_EQ(Hole(path, 5), 1);
   EXPECT_EQ(Hole(path, 10), 0) << "inside two";
   EXPECT_EQ(Hole(path, 15), 0);
-  EXPECT_EQ(UTLIsSubpathHole(path.points.data(), path.types.data(), path.count(), 5), 1);
+  EXPECT_EQ(UTLIsSubpathHole(LUMO_ARRAYS(path), 5), 1);
   for (const int bad : {-1, 19, 1000}) EXPECT_EQ(Hole(path, bad), 0);
   EXPECT_EQ(Hole(path, 5, 1000), 0);
   EXPECT_EQ(Hole(path, 5, 2147483647), 0);
@@ -169,7 +169,7 @@ TEST(FacePoint, LiesStrictlyInside) {
     options.range = round % 3 == 0 ? 20 : 160;
     const IntPath path = test::RandomPath<tagPOINT>(bits, options);
     tagPOINT p{12345, 12345};
-    if (UTLGetFacePoint(path.points.data(), path.types.data(), path.count(), &p) == 0) {
+    if (UTLGetFacePoint(LUMO_ARRAYS(path), &p) == 0) {
       EXPECT_EQ(p, (tagPOINT{12345, 12345}));
       for (int k = 0; k < 2000; ++k)  // a path with room inside must not come out empty-handed
         ASSERT_NE(Fill(path, test::RandomPoint<tagPOINT>(bits, options)), 1) << path;
@@ -188,7 +188,7 @@ TEST(FacePoint, OfShapesOfAFewUnits) {
   tagPOINT p{};
   const auto find = [&p](const char* text) {
     const auto path = test::ParsePath<tagPOINT>(text);
-    return UTLGetFacePoint(path.points.data(), path.types.data(), path.count(), &p);
+    return UTLGetFacePoint(LUMO_ARRAYS(path), &p);
   };
   EXPECT_EQ(find("M0,0 L2,0 L2,2 L0,2 Z"), 1);
   EXPECT_EQ(p, (tagPOINT{1, 1}));

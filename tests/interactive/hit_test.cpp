@@ -56,7 +56,7 @@ std::vector<int> Touching(const IntPath& path, const tagRECT& rect, double margi
 }
 
 int PathHit(const IntPath& path, const tagRECT& rect) {
-  return CRV_PathHit(&rect, nullptr, nullptr, path.points.data(), path.types.data(), path.count(), 0);
+  return CRV_PathHit(&rect, nullptr, nullptr, LUMO_ARRAYS(path), 0);
 }
 
 TEST(PathHit, FindsTheFirstSegmentThatABruteForceSearchFinds) {
@@ -70,7 +70,7 @@ TEST(PathHit, FindsTheFirstSegmentThatABruteForceSearchFinds) {
     const tagRECT rect = RandomRect(bits, 120, 40);
     const int hit = PathHit(path, rect);
     hits += hit >= 0;
-    const int onPath = UTLIsRectOnPath(path.points.data(), path.types.data(), path.count(), &rect);
+    const int onPath = UTLIsRectOnPath(LUMO_ARRAYS(path), &rect);
     if (!options.curves) {
       const auto exact = Touching(path, rect, 1e-9);
       EXPECT_EQ(hit, exact.empty() ? -1 : exact.front()) << path;
@@ -97,7 +97,7 @@ TEST(PathHit, FindsTheFirstSegmentThatABruteForceSearchFinds) {
 TEST(PathHit, GivesTheParameterOfTheCursor) {
   const auto path = test::ParsePath<tagPOINT>("M0,0 L10,0 L10,10 M20,0 C20,10 30,10 30,0");
   const auto hit = [&](tagRECT rect, tagPOINT cursor, int clamp, double& t) {
-    return CRV_PathHit(&rect, &cursor, &t, path.points.data(), path.types.data(), path.count(), clamp);
+    return CRV_PathHit(&rect, &cursor, &t, LUMO_ARRAYS(path), clamp);
   };
   double t = -7;
   EXPECT_EQ(hit({2, 1, 4, -1}, {3, 1}, 1, t), 1);
@@ -149,7 +149,7 @@ TEST(PathHit, FindsOneSegmentAnywhereInALongPath) {
       IntPath bent = path;
       bent.points[k] = {0, 0};
       EXPECT_EQ(PathHit(bent, rect), static_cast<int>(k));
-      EXPECT_EQ(UTLIsRectOnPath(bent.points.data(), bent.types.data(), bent.count(), &rect), 1);
+      EXPECT_EQ(UTLIsRectOnPath(LUMO_ARRAYS(bent), &rect), 1);
     }
   }
 }
@@ -183,11 +183,10 @@ TEST(NodeHit, PrefersOnCurveNodesThenTheLowestIndexOfThoseThatTheUserSees) {
     }
     const auto onCurve =
         std::find_if(all.begin(), all.end(), [&](int k) { return path.type(k).IsOnCurve(); });
-    EXPECT_EQ(CRV_NodeHitAll(&rect, path.points.data(), path.types.data(), path.count()), all);
-    EXPECT_EQ(CRV_NodeHit(&rect, path.points.data(), path.types.data(), path.count()),
-              onCurve != all.end() ? *onCurve
-              : all.empty()        ? -1
-                                   : all.front());
+    EXPECT_EQ(CRV_NodeHitAll(&rect, LUMO_ARRAYS(path)), all);
+    EXPECT_EQ(CRV_NodeHit(&rect, LUMO_ARRAYS(path)), onCurve != all.end() ? *onCurve
+                                                     : all.empty()        ? -1
+                                                                          : all.front());
   }
   const IntPath corners{{{-2147483647 - 1, 2147483647}}, {0x04}};
   const tagRECT plane{-2147483647 - 1, 2147483647, 2147483647, -2147483647 - 1};

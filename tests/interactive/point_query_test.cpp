@@ -16,7 +16,7 @@ using test::IntPath;
 
 std::vector<double> Lengths(const IntPath& path) {
   std::vector<double> lengths(path.points.size(), -1);
-  UTLGenerateNodeLengthArray(path.points.data(), path.types.data(), path.count(), lengths.data());
+  UTLGenerateNodeLengthArray(LUMO_ARRAYS(path), lengths.data());
   return lengths;
 }
 
@@ -25,7 +25,7 @@ TEST(NodeLengths, RunOnOverMoveNodesAndSplitACurveAtItsFirstControlPoint) {
   const auto lengths = Lengths(path);
   const double expected[] = {0, 5, 5, 10, 10, 10, 20};
   for (std::size_t k = 0; k < lengths.size(); ++k) EXPECT_NEAR(lengths[k], expected[k], 1e-9) << k;
-  UTLGenerateNodeLengthArray(path.points.data(), path.types.data(), path.count(), nullptr);
+  UTLGenerateNodeLengthArray(LUMO_ARRAYS(path), nullptr);
 }
 
 TEST(NodeLengths, AgreeWithDensePolylines) {
@@ -50,8 +50,7 @@ TEST(GotoLength, ComesBackToTheLength) {
       tagPOINT out{};
       int end = -1;
       double t = -1;
-      if (UTLFastGotoPathLength(path.points.data(), path.types.data(), path.count(), lengths.data(), length,
-                                &out, &end, &t) == 0) {
+      if (UTLFastGotoPathLength(LUMO_ARRAYS(path), lengths.data(), length, &out, &end, &t) == 0) {
         EXPECT_EQ(lengths.back(), 0);
         continue;
       }
@@ -78,8 +77,7 @@ TEST(GotoLength, ClampsAndSkipsWhatHasNoSegment) {
   int end = 0;
   double t = 0;
   const auto at = [&](double length) {
-    return UTLFastGotoPathLength(path.points.data(), path.types.data(), path.count(), lengths.data(), length,
-                                 &out, &end, &t);
+    return UTLFastGotoPathLength(LUMO_ARRAYS(path), lengths.data(), length, &out, &end, &t);
   };
   EXPECT_EQ(at(-5), 1);
   EXPECT_EQ(end, 2);
@@ -108,8 +106,7 @@ TEST(ClosestOnPath, AgreesWithDenseSampling) {
     tagPOINT out{};
     int end = -1;
     double t = -1;
-    const int found =
-        UTLGetClosestPointOnPath(path.points.data(), path.types.data(), path.count(), query, &out, &end, &t);
+    const int found = UTLGetClosestPointOnPath(LUMO_ARRAYS(path), query, &out, &end, &t);
     ASSERT_EQ(found, !lines.empty()) << path;
     if (found == 0) continue;
     const DPoint q = test::AsDouble(query), exact = test::SegmentAt(path, end, t);
@@ -124,9 +121,7 @@ TEST(ClosestOnPath, TakesTheFirstOfEquallyNearOnesAndIgnoresLoneNodes) {
   int end = -1;
   double t = -1;
   tagPOINT out{};
-  ASSERT_EQ(UTLGetClosestPointOnPath(square.points.data(), square.types.data(), square.count(), {5, 5}, &out,
-                                     &end, &t),
-            1);
+  ASSERT_EQ(UTLGetClosestPointOnPath(LUMO_ARRAYS(square), {5, 5}, &out, &end, &t), 1);
   EXPECT_EQ(end, 2);
   EXPECT_EQ(out, (tagPOINT{5, 0}));
   EXPECT_DOUBLE_EQ(t, 0.5);

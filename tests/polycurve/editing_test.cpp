@@ -36,21 +36,20 @@ void ExpectShape(const PolycurveT<T>& path, const char* svg) {
   }
 }
 
-TYPED_TEST(Editing, ReverseTurnsTheOrderOfSubpathsToo) {
-  auto path = ParseCurve<TypeParam>("M0,0 L10,0 M20,0 C30,0 40,10 40,20");
+LUMO_TYPED_TEST(Editing, ReverseTurnsTheOrderOfSubpathsToo) {
+  auto path = ParseCurve<T>("M0,0 L10,0 M20,0 C30,0 40,10 40,20");
   EXPECT_TRUE(path.Reverse());
   ExpectShape(path, "M40,20 C40,10 30,0 20,0 M10,0 L0,0");
 }
 
-TYPED_TEST(Editing, SetNodeClosedWritesOneEndOnly) {
-  auto path = ParseCurve<TypeParam>("M0,0 L10,0 L10,10");
+LUMO_TYPED_TEST(Editing, SetNodeClosedWritesOneEndOnly) {
+  auto path = ParseCurve<T>("M0,0 L10,0 L10,10");
   EXPECT_TRUE(path.SetNodeClosed(0, true));
   EXPECT_TRUE(path.GetNodeType(0).IsClosed());
   EXPECT_FALSE(path.GetNodeType(2).IsClosed());
 }
 
-TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, TransformsMapRangesThatIncludeTheirLastNode) {
   const auto original = ParseCurve<T>("M0,0 L10,0 L10,10 L0,10");
   auto path = original;
   const MATRIX turn{0, 2, -2, 0, 5, 7};
@@ -93,8 +92,7 @@ TEST(EditingInteger, TranslationSaturates) {
   EXPECT_EQ(path.GetPoint(1), (tagPOINT{1005, -2147483647 - 1}));
 }
 
-TYPED_TEST(Editing, CloseSubpathAddsALineAndLosesTheSelection) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, CloseSubpathAddsALineAndLosesTheSelection) {
   auto path = ParseCurve<T>("M0,0 L10,0e L10,10 M50,50 L60,50");
   EXPECT_TRUE(path.CloseSubpath(1));
   EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
@@ -111,25 +109,25 @@ TYPED_TEST(Editing, CloseSubpathAddsALineAndLosesTheSelection) {
   EXPECT_FALSE(lone.CloseSubpath(99));
 }
 
-TYPED_TEST(Editing, CloseLastSubpathSnapsEndsOrAddsALine) {
-  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L100,100 L3,4");
+LUMO_TYPED_TEST(Editing, CloseLastSubpathSnapsEndsOrAddsALine) {
+  auto path = ParseCurve<T>("M0,0 L100,0 L100,100 L3,4");
   EXPECT_FALSE(path.CloseLastSubpath(4.9, false));
   auto snapped = path;
   EXPECT_TRUE(snapped.CloseLastSubpath(5, true));
   ExpectShape(snapped, "M0,0 L100,0 L100,100 L0,0 Z");
   EXPECT_TRUE(path.CloseLastSubpath(4.9, true));
   ExpectShape(path, "M0,0 L100,0 L100,100 L3,4 L0,0 Z");
-  auto several = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 M7,7 M20,20 C30,20 30,30 20,20 M0,0 L5,0 L5,5 Z");
+  auto several = ParseCurve<T>("M0,0 L10,0 L10,10 M7,7 M20,20 C30,20 30,30 20,20 M0,0 L5,0 L5,5 Z");
   EXPECT_TRUE(several.CloseOpenSubpaths());
   ExpectShape(several, "M0,0 L10,0 L10,10 L0,0 Z M7,7 M20,20 C30,20 30,30 20,20 Z M0,0 L5,0 L5,5 L0,0 Z");
 }
 
-TYPED_TEST(Editing, JoinsMergeOrCloseAndRefuseWhatHasNoOpenEnd) {
-  auto path = ParseCurve<TypeParam>("M0,0 L10,0 M10,0 L10,10");
+LUMO_TYPED_TEST(Editing, JoinsMergeOrCloseAndRefuseWhatHasNoOpenEnd) {
+  auto path = ParseCurve<T>("M0,0 L10,0 M10,0 L10,10");
   EXPECT_FALSE(path.Join(0, 99));
   EXPECT_TRUE(path.Join(1, 2));
   ExpectShape(path, "M0,0 L10,0 L10,10");
-  auto ring = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 L0,0");
+  auto ring = ParseCurve<T>("M0,0 L10,0 L10,10 L0,0");
   EXPECT_TRUE(ring.JoinEndpoints());
   ExpectShape(ring, "M0,0 L10,0 L10,10 L0,0 Z");
   EXPECT_FALSE(ring.JoinEndpoints());
@@ -137,8 +135,7 @@ TYPED_TEST(Editing, JoinsMergeOrCloseAndRefuseWhatHasNoOpenEnd) {
   EXPECT_FALSE(ring.JoinEnabledAddingLineSegments());
 }
 
-TYPED_TEST(Editing, JoiningWithCurvesKeepsTheTangentsOfBothEnds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, JoiningWithCurvesKeepsTheTangentsOfBothEnds) {
   auto path = ParseCurve<T>("M0,0 L300,0e M600,300e L600,600");
   EXPECT_TRUE(path.JoinEnabledAddingCurves());
   ASSERT_EQ(path.GetPointCount(), 6u);
@@ -155,29 +152,28 @@ TYPED_TEST(Editing, JoiningWithCurvesKeepsTheTangentsOfBothEnds) {
   EXPECT_TRUE(test::IsWellFormed(ToPath(two)));
 }
 
-TYPED_TEST(Editing, TouchingSubpathsBecomeOneInTheDirectionOfTheFirst) {
-  auto path =
-      ParseCurve<TypeParam>("M0,0 L100,0 M300,0 L200,0 M200,1 C200,50 100,50 100,2 M900,900 L800,800");
+LUMO_TYPED_TEST(Editing, TouchingSubpathsBecomeOneInTheDirectionOfTheFirst) {
+  auto path = ParseCurve<T>("M0,0 L100,0 M300,0 L200,0 M200,1 C200,50 100,50 100,2 M900,900 L800,800");
   EXPECT_FALSE(path.JoinTouchingSubpaths(0.5));
   EXPECT_TRUE(path.JoinTouchingSubpaths(2));
   EXPECT_EQ(path.GetSubpathCount(), 2u);
   EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_EQ(path.GetPoint(0).x, 0);
   EXPECT_EQ(path.GetPoint(5).x, 300);
-  auto ring = ParseCurve<TypeParam>("M0,0 L100,0 M0,100 L0,0 M100,0 L100,100 M0,100 L100,100");
+  auto ring = ParseCurve<T>("M0,0 L100,0 M0,100 L0,0 M100,0 L100,100 M0,100 L100,100");
   EXPECT_TRUE(ring.JoinTouchingSubpaths(0));
   ExpectShape(ring, "M0,0 L100,0 L100,100 L0,100 L0,0 Z");
 }
 
-TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
-  auto path = ParseCurve<TypeParam>("M0,0 L100,0 M110,0 L200,0 M200,30 L0,40");
+LUMO_TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
+  auto path = ParseCurve<T>("M0,0 L100,0 M110,0 L200,0 M200,30 L0,40");
   EXPECT_TRUE(path.JoinClosestPairsAddingLineSegments());
   ExpectShape(path, "M0,0 L100,0 L110,0 L200,0 L200,30 L0,40 L0,0 Z");
   EXPECT_FALSE(path.JoinClosestPairsAddingLineSegments());
   test::Bits bits(5);
   test::PathOptions options;
   options.maxSubpaths = 300;
-  auto many = test::ToCurve(test::RandomPath<TypeParam>(bits, options));
+  auto many = test::ToCurve(test::RandomPath<T>(bits, options));
   EXPECT_TRUE(many.JoinClosestPairsAddingLineSegments());
   EXPECT_TRUE(test::IsWellFormed(ToPath(many)));
   int open = 0;
@@ -186,20 +182,20 @@ TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
   EXPECT_LE(open, 1) << "at most a single line stays open";
 }
 
-TYPED_TEST(Editing, BreaksOpenOrSplit) {
-  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L200,0");
+LUMO_TYPED_TEST(Editing, BreaksOpenOrSplit) {
+  auto path = ParseCurve<T>("M0,0 L100,0 L200,0");
   EXPECT_TRUE(path.BreakAtLength(50));
   ExpectShape(path, "M0,0 L50,0 M50,0 L100,0 L200,0");
   EXPECT_FALSE(path.BreakAtLength(-1)) << "an open end";
   EXPECT_FALSE(path.BreakAt({0, 2, 0.5})) << "no position of this path";
-  auto ring = ParseCurve<TypeParam>("M0,0 L100,0 L100,100 Z");
+  auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 Z");
   EXPECT_TRUE(ring.BreakAt({0, 1, 1}));
   ExpectShape(ring, "M100,0 L100,100 L0,0 L100,0");
 }
 
-TYPED_TEST(Editing, DeletedSegmentsOpenOrSplitTheirSubpath) {
+LUMO_TYPED_TEST(Editing, DeletedSegmentsOpenOrSplitTheirSubpath) {
   const char* ring = "M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z";
-  auto path = ParseCurve<TypeParam>(ring);
+  auto path = ParseCurve<T>(ring);
   EXPECT_TRUE(path.DeleteSegment(3)) << "by one of its control points";
   ExpectShape(path, "M100,100 L0,100 L0,0 L100,0");
   EXPECT_TRUE(path.DeleteSegment(2));
@@ -211,25 +207,25 @@ TYPED_TEST(Editing, DeletedSegmentsOpenOrSplitTheirSubpath) {
   EXPECT_TRUE(path.IsEmpty());
   EXPECT_FALSE(path.DeleteSubpath(0));
 
-  path = ParseCurve<TypeParam>(ring);
+  path = ParseCurve<T>(ring);
   EXPECT_TRUE(path.DeleteNode(5));
   EXPECT_EQ(path.GetPointCount(), 6u);
   EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
   EXPECT_FALSE(path.DeleteNode(2)) << "a handle is no node";
 }
 
-TYPED_TEST(Editing, ChordsGoBySelectionOfBothTheirEnds) {
+LUMO_TYPED_TEST(Editing, ChordsGoBySelectionOfBothTheirEnds) {
   const char* svg = "M0,0e L100,0e L100,100 L0,100e Z";
-  auto path = ParseCurve<TypeParam>(svg);
+  auto path = ParseCurve<T>(svg);
   EXPECT_TRUE(path.DeleteSelectedChords());
   ExpectShape(path, "M100,0 L100,100 L0,100");
-  path = ParseCurve<TypeParam>(svg);
+  path = ParseCurve<T>(svg);
   EXPECT_TRUE(path.DeleteUnselectedChords());
   ExpectShape(path, "M0,100 L0,0 L100,0");
 }
 
-TYPED_TEST(Editing, SpinningMovesTheStartOfAClosedSubpath) {
-  auto path = ParseCurve<TypeParam>("M5,5 L6,6 M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z");
+LUMO_TYPED_TEST(Editing, SpinningMovesTheStartOfAClosedSubpath) {
+  auto path = ParseCurve<T>("M5,5 L6,6 M0,0 L100,0 C120,20 120,80 100,100 L0,100 Z");
   const double area = path.GetArea();
   EXPECT_TRUE(path.SpinSubpath(6));
   ExpectShape(path, "M5,5 L6,6 M100,100 L0,100 L0,0 L100,0 C120,20 120,80 100,100 Z");
@@ -239,23 +235,23 @@ TYPED_TEST(Editing, SpinningMovesTheStartOfAClosedSubpath) {
   EXPECT_FALSE(path.SpinSubpath(1)) << "open";
 }
 
-TYPED_TEST(Editing, ExtensionsRunOnAlongTheTangents) {
-  auto path = ParseCurve<TypeParam>("M0,0 L100,0 M0,200 C0,300 0,300 100,300 M0,0 L5,0 L5,5 Z");
+LUMO_TYPED_TEST(Editing, ExtensionsRunOnAlongTheTangents) {
+  auto path = ParseCurve<T>("M0,0 L100,0 M0,200 C0,300 0,300 100,300 M0,0 L5,0 L5,5 Z");
   EXPECT_TRUE(path.Extend(10));
   ExpectShape(path, "M-10,0 L110,0 M0,190 L0,200 C0,300 0,300 100,300 L110,300 M0,0 L5,0 L5,5 L0,0 Z");
   EXPECT_FALSE(path.ExtendForward(-1));
 }
 
-TYPED_TEST(Editing, LinesMergeWithinTheToleranceOnly) {
-  auto path = ParseCurve<TypeParam>(
-      "M0,0 L50,1 L100,0 L150,-1 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
+LUMO_TYPED_TEST(Editing, LinesMergeWithinTheToleranceOnly) {
+  auto path =
+      ParseCurve<T>("M0,0 L50,1 L100,0 L150,-1 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
   EXPECT_TRUE(path.MergeLines(2));
   ExpectShape(path, "M0,0 L200,0 L200,100 L200,50 C210,60 220,70 300,50 L350,50");
   // A circle of many lines stays within the tolerance, and needs far fewer.
-  PolycurveT<TypeParam> circle;
+  PolycurveT<T> circle;
   for (int k = 0; k < 10000; ++k) {
     const double a = 2 * std::numbers::pi * k / 10000;
-    const auto p = test::MakePoint<TypeParam>(std::round(1e6 * std::cos(a)), std::round(1e6 * std::sin(a)));
+    const auto p = test::MakePoint<T>(std::round(1e6 * std::cos(a)), std::round(1e6 * std::sin(a)));
     k == 0 ? circle.MoveTo(p) : circle.LineTo(p);
   }
   const auto before = ToPath(circle);
@@ -267,8 +263,7 @@ TYPED_TEST(Editing, LinesMergeWithinTheToleranceOnly) {
   }
 }
 
-TYPED_TEST(Editing, AlignmentTakesTheHandlesAlong) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, AlignmentTakesTheHandlesAlong) {
   auto path = ParseCurve<T>("M0,0e C10,10 20,20 50,30e L80,90 Z");
   EXPECT_TRUE(path.AlignEnabledNodes(NodeEdge::right));
   EXPECT_EQ(path.GetPoint(0), (T{50, 0}));
@@ -289,8 +284,7 @@ TYPED_TEST(Editing, AlignmentTakesTheHandlesAlong) {
   EXPECT_TRUE(test::IsWellFormed(ToPath(path)));
 }
 
-TYPED_TEST(Editing, FitsItsBoxToARectangle) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, FitsItsBoxToARectangle) {
   auto path = ParseCurve<T>("M0,0 C0,100 200,100 200,0 L100,-25");
   EXPECT_TRUE(path.TransformToFit({1000, 2000, 3000, 4000}));
   EXPECT_TRUE(path.TransformToFit({1000, 2000, 3000, 4000}));
@@ -310,8 +304,7 @@ TYPED_TEST(Editing, FitsItsBoxToARectangle) {
   EXPECT_EQ(level.GetPoint(1), (T{100, 0}));
 }
 
-TYPED_TEST(Editing, AppendingContinuesTheLastSubpathWhereItEnds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, AppendingContinuesTheLastSubpathWhereItEnds) {
   PolycurveT<T> path;
   EXPECT_TRUE(path.AppendLineWithJoin(T{0, 0}, T{10, 0}));
   EXPECT_TRUE(path.AppendLineWithJoin(T{10, 0}, T{10, 10}));
@@ -327,15 +320,15 @@ TYPED_TEST(Editing, AppendingContinuesTheLastSubpathWhereItEnds) {
   ExpectShape(ring, "M0,0 L10,0 L10,10 L0,0 Z M0,0 L5,5");
 }
 
-TYPED_TEST(Editing, PolylineStaysWithinItsToleranceAndKeepsTheFlags) {
+LUMO_TYPED_TEST(Editing, PolylineStaysWithinItsToleranceAndKeepsTheFlags) {
   for (std::uint64_t seed = 0; seed < 40; ++seed) {
     test::Bits bits(seed);
-    const auto path = test::RandomPath<TypeParam>(bits);
+    const auto path = test::RandomPath<T>(bits);
     const double tolerance = 0.05 * (1 + bits.Below(100));
-    const auto lines = test::ToPath<TypeParam>(test::ToCurve(path).GetPolyline(tolerance));
+    const auto lines = test::ToPath<T>(test::ToCurve(path).GetPolyline(tolerance));
     EXPECT_TRUE(test::IsWellFormed(lines));
     const auto flat = test::Flatten(lines, 1);
-    const double slack = std::is_same_v<TypeParam, tagPOINT> ? 0.71 : 1e-6;
+    const double slack = std::is_same_v<T, tagPOINT> ? 0.71 : 1e-6;
     for (const auto& line : test::Flatten(path, 50)) {
       for (const DPoint& p : line.points) EXPECT_LE(test::DistanceTo(flat, p), tolerance + slack);
     }
@@ -356,8 +349,7 @@ double FitError(const PolycurveT<T>& path, const std::vector<T>& points) {
   return worst;
 }
 
-TYPED_TEST(Editing, FittedCurvesKeepToTheirPointsAndTheirCorners) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, FittedCurvesKeepToTheirPointsAndTheirCorners) {
   std::vector<T> circle, square, noisy;
   test::Bits bits(1);
   for (int k = 0; k <= 1000; ++k) {
@@ -390,8 +382,7 @@ TYPED_TEST(Editing, FittedCurvesKeepToTheirPointsAndTheirCorners) {
   ExpectShape(corners.GetSubpath(0).GetPolyline(1e9), "M0,0 L10000,0 L10000,10000 L0,10000 L0,0 L-1000,10");
 }
 
-TYPED_TEST(Editing, FittingRandomStrokesAlwaysKeepsTheTolerance) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, FittingRandomStrokesAlwaysKeepsTheTolerance) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::Bits bits(seed);
     std::vector<T> stroke;
@@ -428,8 +419,7 @@ void ExpectBroken(const Break& c) {
   }
 }
 
-TYPED_TEST(Editing, CrossingsBreakThePathAndKeepItsShape) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Editing, CrossingsBreakThePathAndKeepItsShape) {
   const Break cases[] = {
       {"M0,50 L100,50 M-10,-10 L-20,-20", "M20,0 L20,100 M60,0 L60,100 L100,0 L100,100",
        "M0,50 L20,50 M20,50 L60,50 M60,50 L80,50 M80,50 L100,50 M-10,-10 L-20,-20"},
@@ -468,31 +458,31 @@ TEST(EditingInteger, BreaksAllowForTheRoundingOfNodes) {
   for (const Break& c : cases) ExpectBroken<tagPOINT>(c);
 }
 
-TYPED_TEST(Editing, RepairsAreForwardedAndLeaveCopiesAlone) {
-  auto path = ParseCurve<TypeParam>("M0,0 L100,0 L100,5 L200,5 M9,9");
+LUMO_TYPED_TEST(Editing, RepairsAreForwardedAndLeaveCopiesAlone) {
+  auto path = ParseCurve<T>("M0,0 L100,0 L100,5 L200,5 M9,9");
   const auto copy = path;
   EXPECT_TRUE(path.RepairCurves({}));
   ExpectShape(path, "M0,0 L100,0 L200,5");
   EXPECT_EQ(copy.GetPointCount(), 5u);
-  path = ParseCurve<TypeParam>("M0,0 L100,0 L100,5 L200,5 L200,5");
+  path = ParseCurve<T>("M0,0 L100,0 L100,5 L200,5 L200,5");
   EXPECT_TRUE(path.RemoveZeroLengthSegments());
   ExpectShape(path, "M0,0 L100,0 L100,5 L200,5");
   EXPECT_TRUE(path.RemoveShortSegments(6));
   ExpectShape(path, "M0,0 L100,0 L200,5");
-  path = ParseCurve<TypeParam>("M0,0 C0,100 500,900 1000,900 C1500,900 2000,100 2000,0");
+  path = ParseCurve<T>("M0,0 C0,100 500,900 1000,900 C1500,900 2000,100 2000,0");
   EXPECT_TRUE(path.RepairContinuity({}));
   EXPECT_EQ(path.GetNodeType(3).Continuity(), ContinuityType::smooth);
-  PolycurveT<TypeParam> empty;
+  PolycurveT<T> empty;
   EXPECT_TRUE(empty.RepairCurves({}) && empty.RepairContinuity({}) && empty.RemoveZeroLengthSegments() &&
               empty.RemoveShortSegments(5));
 }
 
-TYPED_TEST(Editing, SmallSubpathsGo) {
-  auto path = ParseCurve<TypeParam>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100");
+LUMO_TYPED_TEST(Editing, SmallSubpathsGo) {
+  auto path = ParseCurve<T>("M0,0 L9,9 M0,0 L10,0 M5,5 M0,0 L0,100");
   EXPECT_TRUE(path.RemoveSmallSubpaths(10));
   ExpectShape(path, "M0,0 L10,0 M0,0 L0,100");
-  EXPECT_TRUE(path.HasNodeCloseToCurve(TypeParam{3, 104}, 5));
-  EXPECT_FALSE(path.HasNodeCloseToCurve(TypeParam{3, 50}, 5)) << "nodes only";
+  EXPECT_TRUE(path.HasNodeCloseToCurve(T{3, 104}, 5));
+  EXPECT_FALSE(path.HasNodeCloseToCurve(T{3, 50}, 5)) << "nodes only";
 }
 
 }  // namespace

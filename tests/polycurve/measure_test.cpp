@@ -32,8 +32,7 @@ TavMath::BoundsT<double> Bounds(const tagRECT& r) {
 }
 TavMath::BoundsT<double> Bounds(const TavMath::BoundsT<double>& box) { return box; }
 
-TYPED_TEST(Measure, AreaOfClosedSubpathsIsPositiveClockwise) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, AreaOfClosedSubpathsIsPositiveClockwise) {
   const std::vector<T> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}};
   const std::vector<NODETYPE> closed{0x0C, 0x44, 0x44, 0x44, 0x48}, open{0x04, 0x44, 0x44, 0x44, 0x44};
   EXPECT_EQ(Lumo::GetArea(square.data(), closed.data(), 5), -100);
@@ -55,9 +54,9 @@ TEST(MeasureInteger, AreaWrapsSumsAndDifferencesAt32Bits) {
             10 * 0.5 * static_cast<double>(4000000000LL - 4294967296LL));
 }
 
-TYPED_TEST(Measure, AreaAndLengthAgreeWithADenselyFlattenedPath) {
+LUMO_TYPED_TEST(Measure, AreaAndLengthAgreeWithADenselyFlattenedPath) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
-    const auto path = RandomPath<TypeParam>(seed);
+    const auto path = RandomPath<T>(seed);
     const auto lines = test::Flatten(path, 2000);
     double area = 0, length = 0;
     for (const auto& line : lines) {
@@ -67,19 +66,16 @@ TYPED_TEST(Measure, AreaAndLengthAgreeWithADenselyFlattenedPath) {
         if (line.closed) area += (b.y + a.y) * (b.x - a.x) * 0.5;
       }
     }
-    EXPECT_NEAR(Lumo::GetArea(path.points.data(), path.types.data(), path.count()), area, 5)
-        << testing::PrintToString(path);
-    EXPECT_NEAR(Lumo::GetLength(path.points.data(), path.types.data(), path.count()), length,
-                1e-5 * (1 + length))
+    EXPECT_NEAR(Lumo::GetArea(LUMO_ARRAYS(path)), area, 5) << testing::PrintToString(path);
+    EXPECT_NEAR(Lumo::GetLength(LUMO_ARRAYS(path)), length, 1e-5 * (1 + length))
         << testing::PrintToString(path);
   }
-  const std::vector<TypeParam> zigzag{{0, 0}, {3, 4}, {3, 10}};
+  const std::vector<T> zigzag{{0, 0}, {3, 4}, {3, 10}};
   EXPECT_EQ(Lumo::GetLength(zigzag.data(), 3), 11);
   EXPECT_EQ(Lumo::GetLength(zigzag.data(), 1), 0);
 }
 
-TYPED_TEST(Measure, TightBoxIsTheBoxOfTheFlattenedPath) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, TightBoxIsTheBoxOfTheFlattenedPath) {
   const double slack = std::is_same_v<T, tagPOINT> ? 0.51 : 0.01;
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::PathOptions options;
@@ -88,7 +84,7 @@ TYPED_TEST(Measure, TightBoxIsTheBoxOfTheFlattenedPath) {
     TavMath::BoundsT<double> expected;
     for (const auto& line : test::Flatten(path, 400))
       for (const DPoint& p : line.points) expected.Add(p.x, p.y);
-    const auto box = Bounds(Lumo::GetTightBBox(path.points.data(), path.types.data(), path.count()));
+    const auto box = Bounds(Lumo::GetTightBBox(LUMO_ARRAYS(path)));
     EXPECT_NEAR(box.minx, expected.minx, slack) << testing::PrintToString(path);
     EXPECT_NEAR(box.miny, expected.miny, slack) << testing::PrintToString(path);
     EXPECT_NEAR(box.maxx, expected.maxx, slack) << testing::PrintToString(path);
@@ -97,8 +93,7 @@ TYPED_TEST(Measure, TightBoxIsTheBoxOfTheFlattenedPath) {
   }
 }
 
-TYPED_TEST(Measure, BoxesOfNothingAreEmptyAndOutputsStayUntouched) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, BoxesOfNothingAreEmptyAndOutputsStayUntouched) {
   const std::vector<T> points{{1, 2}, {3, 4}};
   const std::vector<NODETYPE> types{0x04, 0x44};
   Lumo::BoxT<T> box = Lumo::GetLooseBBox(points.data(), 2);
@@ -112,8 +107,7 @@ TYPED_TEST(Measure, BoxesOfNothingAreEmptyAndOutputsStayUntouched) {
             Bounds(TavMath::GetPointsBBox(points.data(), 0)));
 }
 
-TYPED_TEST(Measure, EnabledBoxTakesSelectedNodesAndTheCurvesBetweenThem) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, EnabledBoxTakesSelectedNodesAndTheCurvesBetweenThem) {
   const std::vector<T> points{{0, 0}, {0, 40}, {40, 40}, {40, 0}, {100, 0}};
   std::vector<NODETYPE> types{0x05, 0xC0, 0xC0, 0x85, 0x44};
   Lumo::BoxT<T> box{};
@@ -135,8 +129,7 @@ TYPED_TEST(Measure, EnabledBoxTakesSelectedNodesAndTheCurvesBetweenThem) {
   EXPECT_EQ(Bounds(same), Bounds(box)) << "nothing selected: left as it was";
 }
 
-TYPED_TEST(Measure, PolygonTestCountsVerticesEdgesAndBothSides) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, PolygonTestCountsVerticesEdgesAndBothSides) {
   const std::vector<T> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
   const auto in = [&](double x, double y, bool surrounded, bool hit, bool* on = nullptr) {
     return Lumo::IsPointInPolygon(square.data(), 4, test::MakePoint<T>(x, y), surrounded, hit, on);
@@ -189,25 +182,24 @@ void CompareShapeTest(test::Path<T> path, const test::PathOptions& options, std:
     for (const auto& line : lines) crossings += test::WindingNumber({line}, q);
     const bool expected = crossings % 2 != 0;
     ++counts[expected];
-    EXPECT_EQ(Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), moved(query)),
-              expected)
+    EXPECT_EQ(Lumo::IsPointInShape(LUMO_ARRAYS(path), moved(query)), expected)
         << testing::PrintToString(path) << " seed " << seed << " at " << q.x << ", " << q.y;
   }
 }
 
-TYPED_TEST(Measure, ShapeTestAgreesWithTheParityOfTheFlattenedPath) {
+LUMO_TYPED_TEST(Measure, ShapeTestAgreesWithTheParityOfTheFlattenedPath) {
   int counts[2] = {};
   for (std::uint64_t seed = 0; seed < 120; ++seed) {
     test::PathOptions options;
     if (seed % 4 == 0) options.maxSubpaths = 60;
-    CompareShapeTest(RandomPath<TypeParam>(seed, options), options, seed + 1000, 5, 0, 0, 0.5, counts);
+    CompareShapeTest(RandomPath<T>(seed, options), options, seed + 1000, 5, 0, 0, 0.5, counts);
   }
   EXPECT_GT(counts[1], 500);
 }
 
 // Moved to a corner of the 32-bit plane a path keeps its shape to the bit, so the answers must be those of
 // the path about the origin. Long paths, so that subpaths and curves lie across the steps of the scan.
-TYPED_TEST(Measure, ShapeTestAtTheEndsOfThePlaneIsThatOfTheSamePathAtTheOrigin) {
+LUMO_TYPED_TEST(Measure, ShapeTestAtTheEndsOfThePlaneIsThatOfTheSamePathAtTheOrigin) {
   test::PathOptions options;
   options.range = 500;
   options.whole = true;
@@ -215,18 +207,16 @@ TYPED_TEST(Measure, ShapeTestAtTheEndsOfThePlaneIsThatOfTheSamePathAtTheOrigin) 
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     options.maxSubpaths = seed % 2 == 0 ? 3 : 40;
     const double corner = 2147483647.0 - 3 * options.range;  // a handle may lie three ranges out
-    CompareShapeTest(RandomPath<TypeParam>(seed, options), options, seed + 2000, 2,
-                     seed % 4 < 2 ? corner : -corner, seed % 3 < 2 ? corner : -corner, 0.05, counts);
+    CompareShapeTest(RandomPath<T>(seed, options), options, seed + 2000, 2, seed % 4 < 2 ? corner : -corner,
+                     seed % 3 < 2 ? corner : -corner, 0.05, counts);
   }
   EXPECT_GT(std::min(counts[0], counts[1]), 500);
 }
 
-TYPED_TEST(Measure, APointOnTheOutlineIsInTheShape) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, APointOnTheOutlineIsInTheShape) {
   const auto path = test::ParsePath<T>("M0 0 L40 0 C40 40 0 40 0 0 Z");
   const auto in = [&](double x, double y, bool surrounded = false, bool hit = false) {
-    return Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), test::MakePoint<T>(x, y),
-                                surrounded, hit);
+    return Lumo::IsPointInShape(LUMO_ARRAYS(path), test::MakePoint<T>(x, y), surrounded, hit);
   };
   for (const DPoint on : {DPoint{0, 0}, {40, 0}, {17, 0}, {20, 30}}) EXPECT_TRUE(in(on.x, on.y)) << on.x;
   EXPECT_FALSE(in(20, 31));
@@ -235,12 +225,10 @@ TYPED_TEST(Measure, APointOnTheOutlineIsInTheShape) {
   EXPECT_FALSE(in(20, 31, true, true));
 }
 
-TYPED_TEST(Measure, ShapeTestWithSurroundedLooksAtBothSides) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, ShapeTestWithSurroundedLooksAtBothSides) {
   const auto path = test::ParsePath<T>("M0 0 L10 0 L10 50 L0 50 Z M30 0 C60 20 60 30 30 50 Z");
   const auto in = [&](double x, double y, bool surrounded) {
-    return Lumo::IsPointInShape(path.points.data(), path.types.data(), path.count(), test::MakePoint<T>(x, y),
-                                surrounded);
+    return Lumo::IsPointInShape(LUMO_ARRAYS(path), test::MakePoint<T>(x, y), surrounded);
   };
   EXPECT_FALSE(in(20, 25, false));
   EXPECT_TRUE(in(20, 25, true));
@@ -248,8 +236,7 @@ TYPED_TEST(Measure, ShapeTestWithSurroundedLooksAtBothSides) {
   EXPECT_FALSE(in(90, 25, true));
 }
 
-TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
   int found = 0;
   for (std::uint64_t seed = 0; seed < 120; ++seed) {
     test::PathOptions options;
@@ -261,8 +248,7 @@ TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
     for (int k = 0; k < 10; ++k) {
       const T query = test::RandomPoint<T>(bits, options);
       ClosestPoint<T, CurvePosition> result;
-      if (!Lumo::FindClosestPoint(path.points.data(), path.types.data(), path.count(), query, result))
-        continue;
+      if (!Lumo::FindClosestPoint(LUMO_ARRAYS(path), query, result)) continue;
       ++found;
       EXPECT_NEAR(std::sqrt(result.distanceSqrd), test::DistanceTo(lines, AsDouble(query)), 0.02)
           << testing::PrintToString(path);
@@ -277,11 +263,10 @@ TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
   EXPECT_GT(found, 900);
 }
 
-TYPED_TEST(Measure, OfEquallyNearPointsTheFirstInPathOrderWins) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Measure, OfEquallyNearPointsTheFirstInPathOrderWins) {
   const auto path = test::ParsePath<T>("M0 0 L0 10 M20 10 L20 0 M0 0 L0 10");
   ClosestPoint<T, CurvePosition> result;
-  ASSERT_TRUE(Lumo::FindClosestPoint(path.points.data(), path.types.data(), path.count(), T{10, 5}, result));
+  ASSERT_TRUE(Lumo::FindClosestPoint(LUMO_ARRAYS(path), T{10, 5}, result));
   EXPECT_EQ(result.position.firstNode, 0);
   EXPECT_EQ(result.distanceSqrd, 100);
   EXPECT_FALSE(Lumo::FindClosestPoint(path.points.data(), path.types.data(), 1, T{10, 5}, result));

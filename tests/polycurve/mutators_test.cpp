@@ -45,8 +45,7 @@ TEST(MutatorList, NamesEveryWritingMemberOfTheClass) {
   EXPECT_EQ(missing, std::set<std::string>());
 }
 
-TYPED_TEST(Mutators, NeverWriteStorageThatOthersSee) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Mutators, NeverWriteStorageThatOthersSee) {
   int changed = 0;
   for (const auto& mutator : test::MutatorList<T>::All()) {
     for (std::uint64_t seed = 0; seed < 40; ++seed) {
@@ -74,8 +73,7 @@ TYPED_TEST(Mutators, NeverWriteStorageThatOthersSee) {
   EXPECT_GT(changed, 1000);
 }
 
-TYPED_TEST(Mutators, RandomScriptsKeepThePathWellFormed) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Mutators, RandomScriptsKeepThePathWellFormed) {
   auto mutators = test::MutatorList<T>::All();
   std::erase_if(mutators, [](const auto& mutator) { return !mutator.keepsForm; });
   std::vector<int> succeeded(mutators.size());
@@ -101,8 +99,7 @@ TYPED_TEST(Mutators, RandomScriptsKeepThePathWellFormed) {
   }
 }
 
-TYPED_TEST(Mutators, MalformedPathsAreHandledWithoutHarm) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Mutators, MalformedPathsAreHandledWithoutHarm) {
   const auto mutators = test::MutatorList<T>::All();
   for (std::uint64_t seed = 0; seed < 400; ++seed) {
     test::Bits bits(seed);

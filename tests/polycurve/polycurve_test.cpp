@@ -29,12 +29,11 @@ PolycurveT<T> Bent() {
   return path;
 }
 
-TYPED_TEST(Polycurve, AppendsNodesWithTheUserFlagOnThoseThatTheUserSees) {
-  EXPECT_EQ(Bytes(Bent<TypeParam>()), (std::vector<int>{0x04, 0x44, 0xC0, 0xC0, 0x84}));
+LUMO_TYPED_TEST(Polycurve, AppendsNodesWithTheUserFlagOnThoseThatTheUserSees) {
+  EXPECT_EQ(Bytes(Bent<T>()), (std::vector<int>{0x04, 0x44, 0xC0, 0xC0, 0x84}));
 }
 
-TYPED_TEST(Polycurve, SharesUntilTheFirstWriteAndThenLeavesTheOtherHoldersAlone) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, SharesUntilTheFirstWriteAndThenLeavesTheOtherHoldersAlone) {
   const PolycurveT<T> original = Bent<T>();
   PolycurveT<T> copy = original;
   EXPECT_TRUE(copy.IsSameData(original));
@@ -48,8 +47,7 @@ TYPED_TEST(Polycurve, SharesUntilTheFirstWriteAndThenLeavesTheOtherHoldersAlone)
   EXPECT_EQ(copy.GetPoints(), before) << "a second write needs no copy";
 }
 
-TYPED_TEST(Polycurve, OverACallersArraysNeverWritesThem) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, OverACallersArraysNeverWritesThem) {
   const std::vector<T> points{{0, 0}, {1, 2}};
   const std::vector<NODETYPE> types{0x04, 0x44};
   PolycurveRefT<T> path(points.data(), types.data(), 2);
@@ -67,8 +65,7 @@ TYPED_TEST(Polycurve, OverACallersArraysNeverWritesThem) {
     EXPECT_EQ(ref.GetPoints(), points.data()) << "a growing vector must not copy nodes";
 }
 
-TYPED_TEST(Polycurve, ClosesAPolylineWithAnExtraNodeOnlyWhenItsEndsDiffer) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, ClosesAPolylineWithAnExtraNodeOnlyWhenItsEndsDiffer) {
   const std::vector<T> corner{{0, 0}, {10, 0}, {10, 10}};
   EXPECT_EQ(Bytes<T>(PolylineT<T>(corner.data(), 3, true)), (std::vector<int>{0x0C, 0x44, 0x44, 0x48}));
   EXPECT_EQ(Bytes<T>(PolylineT<T>(corner.data(), 3, false)), (std::vector<int>{0x04, 0x44, 0x44}));
@@ -78,8 +75,8 @@ TYPED_TEST(Polycurve, ClosesAPolylineWithAnExtraNodeOnlyWhenItsEndsDiffer) {
   EXPECT_TRUE((PolylineT<T>(nullptr, 3, true).IsEmpty()));
 }
 
-TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanItHolds) {
-  PolycurveT<TypeParam> path = Bent<TypeParam>();
+LUMO_TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanItHolds) {
+  PolycurveT<T> path = Bent<T>();
   EXPECT_EQ(path.GetBuffer(2).count, 5u);
   EXPECT_EQ(path.GetBuffer(8).count, 8u);
   EXPECT_EQ(path.GetNodeType(7), 0);
@@ -91,8 +88,8 @@ TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanIt
   EXPECT_EQ(path.GetPointCount(), 2u);
 
   // Classes of the host hand on what an in-place function returned: a negative count is its failure.
-  struct Derived : PolycurveT<TypeParam> {
-    using PolycurveT<TypeParam>::ReleaseBufferInternal;
+  struct Derived : PolycurveT<T> {
+    using PolycurveT<T>::ReleaseBufferInternal;
   } own;
   own.GetBuffer(4);
   for (const int n : {-1, -2147483647 - 1, 5}) EXPECT_FALSE(own.ReleaseBufferInternal(n)) << n;
@@ -101,30 +98,29 @@ TYPED_TEST(Polycurve, GrowsABufferButNeverShrinksItAndRefusesToReleaseMoreThanIt
   EXPECT_EQ(own.GetPointCount(), 3u);
 }
 
-TYPED_TEST(Polycurve, AMovedFromPathIsEmptyAndUsable) {
-  PolycurveT<TypeParam> path = Bent<TypeParam>();
-  const PolycurveT<TypeParam> taken = std::move(path);
+LUMO_TYPED_TEST(Polycurve, AMovedFromPathIsEmptyAndUsable) {
+  PolycurveT<T> path = Bent<T>();
+  const PolycurveT<T> taken = std::move(path);
   EXPECT_EQ(taken.GetPointCount(), 5u);
   EXPECT_TRUE(path.IsEmpty());
   EXPECT_EQ(path.GetPoints(), nullptr);
-  EXPECT_EQ((PolycurveT<TypeParam>(path).GetPointCount()), 0u);
+  EXPECT_EQ((PolycurveT<T>(path).GetPointCount()), 0u);
   EXPECT_TRUE(path.MoveTo(1, 1));
   EXPECT_EQ(path.GetPointCount(), 1u);
 }
 
-TYPED_TEST(Polycurve, RefusesIndicesOutsideThePath) {
-  PolycurveT<TypeParam> path = Bent<TypeParam>();
-  const PolycurveT<TypeParam> before = path;
-  EXPECT_FALSE(path.SetPoint(5, TypeParam{}));
+LUMO_TYPED_TEST(Polycurve, RefusesIndicesOutsideThePath) {
+  PolycurveT<T> path = Bent<T>();
+  const PolycurveT<T> before = path;
+  EXPECT_FALSE(path.SetPoint(5, T{}));
   EXPECT_FALSE(path.SetNodeType(5, 0));
   EXPECT_FALSE(path.SetNodeClosed(5, true));
   EXPECT_FALSE(path.IsLetter(5));
   EXPECT_TRUE(path.IsSameData(before));
-  EXPECT_EQ(path.GetPoint(99), (TypeParam{0, 0}));
+  EXPECT_EQ(path.GetPoint(99), (T{0, 0}));
 }
 
-TYPED_TEST(Polycurve, ReplacesRangesThatAreCutToThePath) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, ReplacesRangesThatAreCutToThePath) {
   const std::vector<T> one{{99, 99}};
   const std::vector<NODETYPE> line{0x44};
   PolycurveT<T> path = Bent<T>();
@@ -141,20 +137,19 @@ TYPED_TEST(Polycurve, ReplacesRangesThatAreCutToThePath) {
   EXPECT_EQ(path.GetPoint(4), path.GetPoint(0));
 }
 
-TYPED_TEST(Polycurve, ComparesCountsFirstAndThenBytes) {
-  const PolycurveT<TypeParam> path = Bent<TypeParam>();
-  PolycurveT<TypeParam> other = path;
+LUMO_TYPED_TEST(Polycurve, ComparesCountsFirstAndThenBytes) {
+  const PolycurveT<T> path = Bent<T>();
+  PolycurveT<T> other = path;
   EXPECT_TRUE(path == other);
   other.SetNodeType(1, 0x45);
   EXPECT_EQ(path.Compare(other), -1);
   EXPECT_TRUE(path < other);
-  other.SetPoint(0, TypeParam{9, 9});
+  other.SetPoint(0, T{9, 9});
   other.Truncate(4);
   EXPECT_EQ(path.Compare(other), 1) << "whatever the points";
 }
 
-TYPED_TEST(Polycurve, LengthensALineInsteadOfAddingACollinearOne) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, LengthensALineInsteadOfAddingACollinearOne) {
   PolycurveT<T> path;
   EXPECT_FALSE(path.LineTo(T{1, 1}, false)) << "never starts a path, whatever the flag";
   path.MoveTo(0, 0);
@@ -169,8 +164,7 @@ TYPED_TEST(Polycurve, LengthensALineInsteadOfAddingACollinearOne) {
   EXPECT_EQ(path.GetPointCount(), 4u);
 }
 
-TYPED_TEST(Polycurve, TakesArraysThatAgreeOnlyAsFarAsBothGo) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Polycurve, TakesArraysThatAgreeOnlyAsFarAsBothGo) {
   const std::vector<T> points{{0, 0}, {1, 2}, {3, 4}};
   const std::vector<NODETYPE> types{0x04, 0x44};
   PolycurveT<T> path;

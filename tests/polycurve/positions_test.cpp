@@ -25,8 +25,7 @@ PolycurveT<T> Random(std::uint64_t seed) {
 }
 
 // What a search finds and what a position may name are the same segments, also where nodes are out of place.
-TYPED_TEST(Positions, EveryPlaceFoundOnAnyArraysIsAPositionOfThem) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Positions, EveryPlaceFoundOnAnyArraysIsAPositionOfThem) {
   int found = 0, none = 0;
   for (std::uint64_t seed = 0; seed < 4000; ++seed) {
     test::Bits bits(seed);
@@ -74,10 +73,10 @@ long double LengthTo(const PolycurveT<T>& path, const CurvePosition* position) {
   return sum;
 }
 
-TYPED_TEST(Positions, AtALengthAndBackAgreeWithExtendedPrecision) {
+LUMO_TYPED_TEST(Positions, AtALengthAndBackAgreeWithExtendedPrecision) {
   int checked = 0;
   for (std::uint64_t seed = 0; seed < 100; ++seed) {
-    const auto path = Random<TypeParam>(seed);
+    const auto path = Random<T>(seed);
     const double total = path.GetLength();
     if (!(total > 0)) continue;
     EXPECT_NEAR(total, static_cast<double>(LengthTo(path, nullptr)), 1e-9 * total) << seed;
@@ -91,19 +90,18 @@ TYPED_TEST(Positions, AtALengthAndBackAgreeWithExtendedPrecision) {
     }
   }
   EXPECT_GT(checked, 500);
-  const auto line = ParseCurve<TypeParam>("M0,0 L10,0 L10,10");
+  const auto line = ParseCurve<T>("M0,0 L10,0 L10,10");
   EXPECT_EQ(line.GetPositionAtLength(1e9)->lastNode, 2);
   EXPECT_EQ(line.GetPositionAtLength(1e9)->t, 1);
   EXPECT_EQ(line.GetPositionAtLength(-5)->firstNode, 0);
   EXPECT_EQ(line.GetPositionAtLength(-5)->t, 0);
   EXPECT_EQ(line.GetPositionAtRelativeLength(0.75)->t, 0.5);
   EXPECT_FALSE(line.GetPositionAtLength(std::nan("")));
-  EXPECT_FALSE(PolycurveT<TypeParam>().GetPositionAtLength(0));
+  EXPECT_FALSE(PolycurveT<T>().GetPositionAtLength(0));
   EXPECT_EQ(line.GetLengthFrom({0, 2, 0.5}), 0) << "no position of the path";
 }
 
-TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::Bits bits(seed);
     test::PathOptions options;
@@ -132,18 +130,18 @@ TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
   EXPECT_TRUE(ParseCurve<T>("M0,0 L10,0").GetEvenlySpacedPoints(SIZE_MAX).empty());
 }
 
-TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
+LUMO_TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
   for (std::uint64_t seed = 0; seed < 40; ++seed) {
-    auto path = Random<TypeParam>(seed);
+    auto path = Random<T>(seed);
     const double total = path.GetLength();
     if (!(total > 100)) continue;
     const auto before = path;
     ASSERT_TRUE(path.DivideEqually(7));
     EXPECT_TRUE(test::IsWellFormed(test::ToPath(path)));
-    const double slack = std::is_same_v<TypeParam, tagPOINT> ? 40.0 : 1e-6 * total;
+    const double slack = std::is_same_v<T, tagPOINT> ? 40.0 : 1e-6 * total;
     EXPECT_NEAR(path.GetLength(), total, slack);
     for (int k = 1; k < 7; ++k) {
-      TypeParam expected{};
+      T expected{};
       ASSERT_TRUE(before.GetPointAt(*before.GetPositionAtLength(total * k / 7), expected));
       double nearest = 1e300;
       for (std::size_t i = 0; i < path.GetPointCount(); ++i) {
@@ -151,19 +149,19 @@ TYPED_TEST(Positions, DividingEquallyAddsNodesAndKeepsTheShape) {
         nearest = std::min(nearest, std::hypot(1.0 * path.GetPoint(i).x - expected.x,
                                                1.0 * path.GetPoint(i).y - expected.y));
       }
-      EXPECT_LE(nearest, 1e-6 * total + (std::is_same_v<TypeParam, tagPOINT> ? 1.5 : 0));
+      EXPECT_LE(nearest, 1e-6 * total + (std::is_same_v<T, tagPOINT> ? 1.5 : 0));
     }
-    if constexpr (std::is_same_v<TypeParam, DPoint>) {
+    if constexpr (std::is_same_v<T, DPoint>) {
       const std::size_t nodes = path.GetPointCount();
       ASSERT_TRUE(path.DivideEqually(7));
       EXPECT_EQ(path.GetPointCount(), nodes) << "it is divided already";
     }
   }
-  EXPECT_FALSE(ParseCurve<TypeParam>("M0,0 L10,0").DivideEqually(SIZE_MAX));
+  EXPECT_FALSE(ParseCurve<T>("M0,0 L10,0").DivideEqually(SIZE_MAX));
 }
 
-TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
-  const auto path = ParseCurve<TypeParam>("M0,0 L30,40 C30,40 60,40 60,80");
+LUMO_TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
+  const auto path = ParseCurve<T>("M0,0 L30,40 C30,40 60,40 60,80");
   const auto along = path.GetTangentAt({0, 1, 0.5});
   EXPECT_DOUBLE_EQ(along.x, 0.6);
   EXPECT_DOUBLE_EQ(path.GetTangentAt({0, 1, 0.5}, true).y, -0.8);
@@ -171,8 +169,7 @@ TYPED_TEST(Positions, TangentsAreUnitVectorsAlongThePath) {
   EXPECT_EQ(path.GetTangentAt({1, 2, 0}), (TavMath::DVector{0, 0}));
 }
 
-TYPED_TEST(Positions, SidesFollowTheDirectionAlsoAtCorners) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Positions, SidesFollowTheDirectionAlsoAtCorners) {
   const auto path = ParseCurve<T>("M0,0 L100,0 L100,100");
   EXPECT_EQ(path.GetSide(T{50, 10}), Side::left);
   EXPECT_EQ(path.OnLeftOrRight(T{50, -10}), Side::right);
@@ -185,8 +182,7 @@ TYPED_TEST(Positions, SidesFollowTheDirectionAlsoAtCorners) {
   EXPECT_EQ(ring.GetSide(T{10, 20}), Side::left);
 }
 
-TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
   const auto ring = ParseCurve<T>("M0,0 L100,0 L100,100 L0,100 Z");
   EXPECT_EQ(ring.FindClosestPoints(T{50, 50}).size(), 4u);
   const auto corner = ring.FindClosestPoints(T{-30, -40});
@@ -198,20 +194,20 @@ TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
   EXPECT_TRUE(PolycurveT<T>().FindClosestPoints(T{0, 0}).empty());
 }
 
-TYPED_TEST(Positions, TheFarthestPointIsThatOfTheFlattenedPath) {
+LUMO_TYPED_TEST(Positions, TheFarthestPointIsThatOfTheFlattenedPath) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::Bits bits(seed);
     test::PathOptions options;
     options.loneMoves = false;
-    const auto nodes = test::RandomPath<TypeParam>(bits, options);
-    const PolycurveT<TypeParam> path = test::ToCurve(nodes);
-    const auto query = test::RandomPoint<TypeParam>(bits, options);
+    const auto nodes = test::RandomPath<T>(bits, options);
+    const PolycurveT<T> path = test::ToCurve(nodes);
+    const auto query = test::RandomPoint<T>(bits, options);
     double expected = 0;
     for (const auto& line : test::Flatten(nodes, 500)) {
       for (const DPoint& p : line.points)
         expected = std::max(expected, std::hypot(p.x - query.x, p.y - query.y));
     }
-    typename PolycurveT<TypeParam>::Closest farthest;
+    typename PolycurveT<T>::Closest farthest;
     ASSERT_TRUE(path.FindFarthestPoint(query, farthest));
     EXPECT_NEAR(std::sqrt(farthest.distanceSqrd), expected, 0.05) << testing::PrintToString(nodes);
   }

@@ -62,8 +62,7 @@ double RadiusError(const test::Path<T>& path, const DPoint& center, double radiu
   return worst / radius;
 }
 
-TYPED_TEST(Shapes, NodeTypesOfEllipsesArcsAndWedges) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, NodeTypesOfEllipsesArcsAndWedges) {
   const struct {
     double start, end;
     bool pie, userOnEnd;
@@ -88,15 +87,13 @@ TYPED_TEST(Shapes, NodeTypesOfEllipsesArcsAndWedges) {
   EXPECT_EQ(Ellipse<T>(1000, 1000, 1.5 * kPi, kPi / 2).points.size(), 7u) << "an end before the start wraps";
 }
 
-TYPED_TEST(Shapes, CirclePassesThroughItsFourExtremes) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, CirclePassesThroughItsFourExtremes) {
   const auto circle = Circle<T>(T{0, 0}, 1);
   const T extremes[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}};
   for (std::size_t k = 0; k < 5; ++k) EXPECT_EQ(circle.points[3 * k], extremes[k]);
 }
 
-TYPED_TEST(Shapes, MembersMakeTheNodesOfTheBuildersForPointsOfBothKinds) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, MembersMakeTheNodesOfTheBuildersForPointsOfBothKinds) {
   using Path = PolycurveT<T>;
   const auto check = [](const char* what, const test::Path<T>& built, const Path& made,
                         const Path& appended) {
@@ -120,8 +117,7 @@ TYPED_TEST(Shapes, MembersMakeTheNodesOfTheBuildersForPointsOfBothKinds) {
   checkAll(tagPOINT{3, 4}, tagPOINT{-5, 6});
 }
 
-TYPED_TEST(Shapes, AnyAnglesStayWithinTheStatedRoomAndNearTheCircle) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, AnyAnglesStayWithinTheStatedRoomAndNearTheCircle) {
   test::Bits bits(7);
   constexpr double kRadius = 1e6;
   for (int n = 0; n < 4000; ++n) {
@@ -150,8 +146,7 @@ TYPED_TEST(Shapes, AnyAnglesStayWithinTheStatedRoomAndNearTheCircle) {
   }
 }
 
-TYPED_TEST(Shapes, ArcsPassThroughTheirPointsOnOneCircle) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, ArcsPassThroughTheirPointsOnOneCircle) {
   test::Bits bits(11);
   int arcs = 0;
   for (int n = 0; n < 2000; ++n) {
@@ -204,8 +199,7 @@ TEST(ArcHandles, TakeTheShorterWayAndRefuseWhatHasNone) {
   EXPECT_FALSE(Lumo::GetArcSegmentHandles(handles, center, center, {20, 20}));
 }
 
-TYPED_TEST(Shapes, PlainRectangles) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, PlainRectangles) {
   const std::vector<int> bytes{0x0C, 0x44, 0x44, 0x44, 0x48};
   const auto sized =
       Built<T>(5, [](T* points, NODETYPE* types) { return Lumo::BuildRectangle(points, types, 10, 20); });
@@ -233,8 +227,7 @@ TYPED_TEST(Shapes, PlainRectangles) {
              {static_cast<decltype(T::x)>(6 + exact), static_cast<decltype(T::x)>(7 + exact)});
 }
 
-TYPED_TEST(Shapes, ShapedCornersKeepToTheRectangleAndItsRoom) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, ShapedCornersKeepToTheRectangleAndItsRoom) {
   test::Bits bits(3);
   for (int n = 0; n < 500; ++n) {
     const double w = bits.Between(1, 100000), h = bits.Between(1, 100000);
@@ -273,8 +266,7 @@ TYPED_TEST(Shapes, ShapedCornersKeepToTheRectangleAndItsRoom) {
   EXPECT_NEAR(area, 10000 - kPi * 100, 10);
 }
 
-TYPED_TEST(Shapes, ArcsContinueAPathFromItsLastPoint) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Shapes, ArcsContinueAPathFromItsLastPoint) {
   PolycurveT<T> path;
   EXPECT_FALSE(path.CircularArcTo(T{1, 1}, T{2, 0}));
   path.MoveTo(1000, 0);

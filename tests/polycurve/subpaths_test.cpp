@@ -12,8 +12,7 @@ using test::ParseCurve;
 
 LUMO_TYPED_SUITE(Subpaths);
 
-TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
   const auto path = ParseCurve<T>("M0,0 L10,0 M5,5 M0,0 L10,0e L10,10 Z M0,0 L1,1");
   EXPECT_EQ(path.GetSubpathCount(), 4u);
   EXPECT_EQ(path.GetSubpathIndices(), (std::vector<SubcurveRange>{{0, 2}, {2, 3}, {3, 7}, {7, 9}}));
@@ -38,8 +37,7 @@ TYPED_TEST(Subpaths, AreFoundByTheirMoveNodes) {
   EXPECT_FALSE(lone.ContainsOpenSubpaths(true)) << "a lone move node is no real subpath";
 }
 
-TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
   auto path = ParseCurve<T>("M0,0 L1,1 M5,5l L6,6 M7,7 L8,8 M9,9l L10,10");
   const auto letters = path.GetLetterCurves();
   ASSERT_EQ(letters.size(), 3u);
@@ -54,8 +52,8 @@ TYPED_TEST(Subpaths, LettersAreGroupsOfSubpathsAndNothingIsLost) {
   EXPECT_TRUE(PolycurveT<T>().GetLetterCurves().empty());
 }
 
-TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
-  auto path = ParseCurve<TypeParam>("M0,0 L10,0 L10,10 Z M0,0e L5,5");
+LUMO_TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
+  auto path = ParseCurve<T>("M0,0 L10,0 L10,10 Z M0,0e L5,5");
   path.SetNodeType(3, path.GetNodeType(3) | NODETYPE::kEnabled);
   EXPECT_FALSE(path.IsEnabled(0));
   EXPECT_TRUE(path.EnableFirstAndLastInClosedSubpaths());
@@ -65,8 +63,7 @@ TYPED_TEST(Subpaths, SelectingOneClosedEndSelectsBoth) {
   EXPECT_FALSE(path.IsEnabled(0)) << "the setter writes both ends too";
 }
 
-TYPED_TEST(Subpaths, ConvertToTheOtherPointType) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(Subpaths, ConvertToTheOtherPointType) {
   using Other = typename PolycurveT<T>::OtherPoint;
   const PolycurveT<Other> other(ParseCurve<T>("M0,0 L10,-7 Z"));
   EXPECT_EQ(other.GetPoint(1).y, -7);

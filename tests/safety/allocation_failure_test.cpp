@@ -128,8 +128,7 @@ std::vector<Operation<T>> Operations() {
 
 LUMO_TYPED_SUITE(AllocationFailure);
 
-TYPED_TEST(AllocationFailure, LeavesThePathAsItWasAndSaysSo) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(AllocationFailure, LeavesThePathAsItWasAndSaysSo) {
   long injected = 0;
   for (const Operation<T>& operation : Operations<T>()) {
     SCOPED_TRACE(operation.name);

@@ -68,8 +68,7 @@ std::vector<Edit<T>> Edits() {
   return edits;
 }
 
-TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
   const Path<T> before = Drawing<T>();
   for (const Edit<T>& edit : Edits<T>()) {
     SCOPED_TRACE(edit.name);
@@ -93,8 +92,7 @@ TYPED_TEST(ArrayAllocation, OfAnEditLeavesTheArraysAndGivesTheStatedResult) {
 }
 
 /// The offset of whole paths, called as hosts do: what was in the output stays, and nothing is half there.
-TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
   using Lumo::Offset::EOpenCurveOffsetSide;
   const Path<T> path = Drawing<T>();
   long refused = 0;
@@ -121,8 +119,7 @@ TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
     const auto settings = std::make_shared<Lumo::Offset::OffsetSettings>(new Lumo::Round, new Lumo::Round,
                                                                          distance, distance < 0);
     return [&path, settings](Path<T>& out) {
-      Lumo::CreateOffsetCurve(path.points.data(), path.types.data(), path.count(), out.points, out.types,
-                              *settings);
+      Lumo::CreateOffsetCurve(LUMO_ARRAYS(path), out.points, out.types, *settings);
     };
   };
   sweep("grown", closed(300));
@@ -131,12 +128,10 @@ TYPED_TEST(ArrayAllocation, OfAnOffsetLeavesTheOutputAsItWas) {
     const Path<T> open = test::ParsePath<T>("M0,0 L9000,0 C12000,3000 12000,6000 9000,9000 L-500,9000");
     const Lumo::Offset::OffsetSettings settings(new Lumo::Round, new Lumo::Round, 300, false);
     sweep("closed", [&](Path<T>& out) {
-      Lumo::CloseOffsetCurves(open.points.data(), open.types.data(), open.count(), out.points, out.types,
-                              EOpenCurveOffsetSide::both, settings);
+      Lumo::CloseOffsetCurves(LUMO_ARRAYS(open), out.points, out.types, EOpenCurveOffsetSide::both, settings);
     });
     sweep("combined", [&](Path<T>& out) {
-      Lumo::CombineClosedOffsetCurves(path.points.data(), path.types.data(), path.count(), out.points,
-                                      out.types, 0, 9);
+      Lumo::CombineClosedOffsetCurves(LUMO_ARRAYS(path), out.points, out.types, 0, 9);
     });
   }
   EXPECT_GT(refused, 100);
@@ -160,7 +155,7 @@ TEST(TableAllocation, OfASearchLeavesNoHalfOfAPair) {
     long refused = 0;
     for (long nth = 0; nth < 1000; ++nth) {
       Lumo::SegmentIntersectionTable table;
-      ASSERT_GE(table.AddCurve(path.points.data(), path.types.data(), path.count()), 0);
+      ASSERT_GE(table.AddCurve(LUMO_ARRAYS(path)), 0);
       FailingNew::FailFrom(nth);
       const bool found = search(table, quick);
       FailingNew::Never();
@@ -187,13 +182,13 @@ TEST(ListAllocation, OfQueriesAndOfAListGivesTheStatedResult) {
   const Path<tagPOINT> path = Drawing<tagPOINT>();
   const tagRECT all{-50000, 50000, 50000, -50000};
   FailingNew::FailFrom(0);
-  const bool none = CRV_NodeHitAll(&all, path.points.data(), path.types.data(), path.count()).empty();
+  const bool none = CRV_NodeHitAll(&all, LUMO_ARRAYS(path)).empty();
   FailingNew::Never();
   EXPECT_TRUE(none);
-  EXPECT_FALSE(CRV_NodeHitAll(&all, path.points.data(), path.types.data(), path.count()).empty());
+  EXPECT_FALSE(CRV_NodeHitAll(&all, LUMO_ARRAYS(path)).empty());
 
   const Path<DPoint> damaged = Drawing<DPoint>();
-  const Lumo::CSegmentList before(damaged.points.data(), damaged.types.data(), damaged.count());
+  const Lumo::CSegmentList before(LUMO_ARRAYS(damaged));
   Lumo::CSegmentList list = before;
   long refused = 0;
   for (long nth = 0; nth < 1000; ++nth) {
@@ -271,8 +266,7 @@ TEST(RecordAllocation, OfStrokesAndOpenEndsFailsAsStated) {
 
   const auto path = test::ParsePath<tagPOINT>("M0,0 L10,0 M20,0 L30,0");
   const long ends = SweepMalloc([&](long nth) {
-    CRV_CONNECTINFO* const record = armed(
-        nth, [&] { return CRV_ConnectInfoConstruct(path.points.data(), path.types.data(), path.count()); });
+    CRV_CONNECTINFO* const record = armed(nth, [&] { return CRV_ConnectInfoConstruct(LUMO_ARRAYS(path)); });
     EXPECT_EQ(record == nullptr, FailingMalloc::Failures() > 0);
     CRV_ConnectInfoDestruct(record);
   });
@@ -283,9 +277,7 @@ TEST(RecordAllocation, OfStrokesAndOpenEndsFailsAsStated) {
     auto p = drawing;
     WDeleteRunInfo* records = nullptr;
     int count = -7;
-    const int result = armed(nth, [&] {
-      return CRV_DeleteEnabledEx(p.points.data(), p.types.data(), p.count(), &records, &count);
-    });
+    const int result = armed(nth, [&] { return CRV_DeleteEnabledEx(LUMO_ARRAYS(p), &records, &count); });
     if (FailingMalloc::Failures() > 0) {
       EXPECT_EQ(result, -1);
       EXPECT_TRUE(p == drawing) << "a deletion that failed";

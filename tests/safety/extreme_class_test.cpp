@@ -64,8 +64,7 @@ struct Edits {
   }
 };
 
-TYPED_TEST(ExtremeClass, WritingMembersKeepPathsWellFormed) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeClass, WritingMembersKeepPathsWellFormed) {
   for (const auto& mutator : test::MutatorList<T>::All()) {
     SCOPED_TRACE(mutator.name);
     for (const auto& start : test::Extremes<T>::Paths()) {
@@ -83,8 +82,7 @@ TYPED_TEST(ExtremeClass, WritingMembersKeepPathsWellFormed) {
   }
 }
 
-TYPED_TEST(ExtremeClass, WritingMembersTakeAnyArgument) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeClass, WritingMembersTakeAnyArgument) {
   using P = PolycurveT<T>;
   using X = test::Extremes<T>;
   using Box = Lumo::BoxT<T>;
@@ -228,8 +226,7 @@ TYPED_TEST(ExtremeClass, WritingMembersTakeAnyArgument) {
   });
 }
 
-TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
   using P = PolycurveT<T>;
   using X = test::Extremes<T>;
   using Size = std::size_t;
@@ -335,8 +332,7 @@ TYPED_TEST(ExtremeClass, QueriesTakeAnyArgument) {
   });
 }
 
-TYPED_TEST(ExtremeClass, EnginesTakeAnyPath) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeClass, EnginesTakeAnyPath) {
   using P = PolycurveT<T>;
   using X = test::Extremes<T>;
   X::Each([](P a, P b, Lumo::FillRule rule, bool inside) {
@@ -444,8 +440,7 @@ TYPED_TEST(ExtremeClass, EnginesTakeAnyPath) {
   });
 }
 
-TYPED_TEST(ExtremeClass, ArrayPrimitivesTouchNothingForBadRanges) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeClass, ArrayPrimitivesTouchNothingForBadRanges) {
   test::Extremes<T>::Each([](Lumo::PolycurveT<T> p, int index, int other, int n) {
     // Indices in the path are the caller's promise; negative ones and empty ranges are not.
     const int count = static_cast<int>(p.GetPointCount());

@@ -250,8 +250,7 @@ TEST(ExtremeInput, QueriesOfIntegerPathsStayInThePath) {
 
 LUMO_TYPED_SUITE(ExtremeEdit);
 
-TYPED_TEST(ExtremeEdit, EditsStayInTheStatedRoom) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(ExtremeEdit, EditsStayInTheStatedRoom) {
   Sweeper<T> sweeper;
   SWEEP_T(CRV_SegmentIsShort);
   SWEEP_T(CRV_SegmentsAreClose);

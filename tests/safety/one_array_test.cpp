@@ -96,8 +96,7 @@ std::vector<Query<T>> Queries() {
   return queries;
 }
 
-TYPED_TEST(OneArray, IsNoPathToAQuery) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(OneArray, IsNoPathToAQuery) {
   const Path<T> path = Drawing<T>();
   for (const Query<T>& query : Queries<T>()) {
     SCOPED_TRACE(query.name);
@@ -138,8 +137,7 @@ std::vector<Edit<T>> Edits() {
   };
 }
 
-TYPED_TEST(OneArray, IsLeftAloneByAnEdit) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(OneArray, IsLeftAloneByAnEdit) {
   const Path<T> before = Drawing<T>();
   const int n = before.count();
   for (const Edit<T>& edit : Edits<T>()) {
@@ -157,8 +155,7 @@ TYPED_TEST(OneArray, IsLeftAloneByAnEdit) {
   EXPECT_TRUE(to == before) << "copied from one array";
 }
 
-TYPED_TEST(OneArray, IsNoPlaceToBuildAShape) {
-  using T = TypeParam;
+LUMO_TYPED_TEST(OneArray, IsNoPlaceToBuildAShape) {
   const T zero = test::MakePoint<T>(0, 0);
   const DPoint a{1, 2}, b{30, 50};
   const std::function<std::size_t(T*, NODETYPE*)> builders[] = {

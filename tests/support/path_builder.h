@@ -65,6 +65,8 @@ struct Path {
   }
   std::vector<int> Bytes() const { return {types.begin(), types.end()}; }
 };
+/// A path as the functions over arrays take it: points, types, count.
+#define LUMO_ARRAYS(path) (path).points.data(), (path).types.data(), (path).count()
 using IntPath = Path<tagPOINT>;
 using DoublePath = Path<DPoint>;
 
