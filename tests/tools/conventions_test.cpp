@@ -94,6 +94,9 @@ TEST(Conventions, ExitCodesTellDoneFromNothingFromWrong) {
       {"info - --colour", 2},
       {"info - -o no/such/folder.svg", 2},
       {"completion tcsh", 2},
+      {"info", 2},
+      {"", 2},
+      {"no-such-command", 2},
   };
   for (const auto& c : cases) {
     const auto run = Lumo(c.arguments, lines);
@@ -102,6 +105,21 @@ TEST(Conventions, ExitCodesTellDoneFromNothingFromWrong) {
       EXPECT_THAT(run.error, StartsWith("lumo: ")) << c.arguments;
       EXPECT_EQ(std::ranges::count(run.error, '\n'), 1) << "one line: " << run.error;
     }
+  }
+}
+
+TEST(Conventions, MessagesNameTheFileThePlaceAndTheCause) {
+  const std::string broken = test::Scratch().Write("broken.svg", "<svg>\n<path d='M0 0L'/></svg>");
+  const std::pair<std::string, std::string> cases[] = {
+      {"info " + broken, broken + ":2: <path>: d, character 6: expected a number, found the end"},
+      {"info no/such.svg --json", "no/such.svg: cannot be opened (No such file or directory)"},
+      {"info -", "standard input: the file is empty"},
+  };
+  for (const auto& [arguments, message] : cases) {
+    const auto run = Lumo(arguments);
+    EXPECT_EQ(run.exit, 2);
+    EXPECT_EQ(run.error, "lumo: " + message + "\n");
+    EXPECT_EQ(run.out, "");
   }
 }
 

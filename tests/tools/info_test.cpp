@@ -72,36 +72,4 @@ TEST(Info, ReadsEverySample) {
   EXPECT_GE(samples, 5);
 }
 
-TEST(Program, GivesOneLineAndExitCodeTwoForBadInput) {
-  const std::string broken = test::Scratch().Write("broken.svg", "<svg>\n<path d='M0 0L'/></svg>");
-  const struct {
-    std::string arguments;
-    std::string message;
-  } cases[] = {
-      {"info " + broken,
-       "lumo: " + broken + ":2: <path>: d, character 6: expected a number, found the end\n"},
-      {"info no/such.svg --json", "lumo: no/such.svg: cannot be opened (No such file or directory)\n"},
-      {"info -", "lumo: standard input: the file is empty\n"},
-  };
-  for (const auto& c : cases) {
-    const auto run = Lumo(c.arguments);
-    EXPECT_EQ(run.exit, 2) << c.arguments;
-    EXPECT_EQ(run.error, c.message);
-    EXPECT_EQ(run.out, "");
-  }
-  EXPECT_EQ(Lumo("info").exit, 2);
-  EXPECT_EQ(Lumo("").exit, 2);
-  EXPECT_EQ(Lumo("no-such-command").exit, 2);
-}
-
-TEST(Program, ExplainsItselfWithAnExample) {
-  const auto help = Lumo("--help");
-  EXPECT_EQ(help.exit, 0);
-  EXPECT_NE(help.out.find("info"), std::string::npos);
-  for (const std::string command : {"info", "closest", "hit", "hierarchy", "intersect", "boolean", "offset",
-                                    "outline", "edit", "shape", "points", "fit", "flatten", "repair"}) {
-    EXPECT_NE(Lumo(command + " --help").out.find("Example: lumo " + command), std::string::npos) << command;
-  }
-}
-
 }  // namespace

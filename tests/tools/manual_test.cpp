@@ -18,9 +18,10 @@ const std::string kCommands[] = {"info",    "closest",      "hit",        "hiera
                                  "flatten", "repair",       "reduce",     "completion",       "boolean union",
                                  "boolean", "shape circle", "shape rect", "boolean simplify", "shape"};
 
-/// The names of a subcommand's options, as its help shows them.
+/// The names of a subcommand's options, as its help shows them, which ends with an example.
 std::vector<std::string> OptionsOf(const std::string& command) {
   const std::string help = Lumo(command + " --help").out;
+  EXPECT_THAT(help, HasSubstr("Example: lumo " + command));
   const std::regex name("(?:^|\n) +(?:-\\w,)?(--[a-z-]+)");
   std::vector<std::string> names;
   for (std::sregex_iterator i(help.begin(), help.end(), name), end; i != end; ++i) names.push_back((*i)[1]);
@@ -33,6 +34,9 @@ std::string WithoutBackslashes(std::string text) {
 }
 
 TEST(Manual, HasEverySubcommandAndOption) {
+  const auto help = Lumo("--help");
+  EXPECT_EQ(help.exit, 0);
+  EXPECT_THAT(help.out, HasSubstr("info"));
   const std::string page = WithoutBackslashes(Lumo("--man").out);
   EXPECT_EQ(page.find(".TH LUMO 1"), page.find('\n') + 1);
   for (const std::string& command : kCommands) {

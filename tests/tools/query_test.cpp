@@ -97,8 +97,7 @@ TEST(Hierarchy, SortsOutlinesOfAllElementsIntoOneTree) {
           "height='5'/>");
   const auto list = LumoJson("hierarchy - --json", nest).at("subpaths");
   ASSERT_EQ(list.size(), 4u);
-  for (std::size_t k = 0; k < list.size(); ++k) {
-    const auto& entry = list[k];
+  for (const auto& entry : list) {
     const bool inner = entry.at("id") == "inner";
     EXPECT_EQ(entry.at("depth"), inner ? 1 : 0);
     EXPECT_EQ(entry.at("closed"), entry.at("id") != "stroke");

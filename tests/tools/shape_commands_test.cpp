@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,16 +11,18 @@ namespace {
 using test::Lumo;
 using test::LumoJson;
 using test::Svg;
+using testing::HasSubstr;
 
 constexpr double kPi = std::numbers::pi;
 
-/// The sum of the areas of a drawing's elements as they are filled: as outlines run clockwise on screen it is
-/// negative.
-double Area(const std::string& drawing) {
+/// The area that the drawing of a command fills: the sum over its elements, whose holes run the other way.
+double AreaOf(const std::string& arguments, const std::string& input = {}) {
+  const auto run = Lumo(arguments + " -o -", input);
+  EXPECT_EQ(run.exit, 0) << arguments << "\n" << run.error;
   double sum = 0;
-  const auto json = LumoJson("info - --json", drawing);
-  for (const auto& path : json.at("paths")) sum -= path.at("area").get<double>();
-  return sum;
+  const auto json = LumoJson("info - --json", run.out);
+  for (const auto& path : json.at("paths")) sum += path.at("area").get<double>();
+  return std::abs(sum);
 }
 
 const std::string kSquare = "<rect x='20' y='20' width='40' height='40'/>";
@@ -35,11 +38,9 @@ TEST(Offset, GrowsAndShrinksBySteiner) {
       {"--distance -5", 30 * 30},
       {"--distance -5 --join miter", 30 * 30},
   };
-  for (const auto& c : cases) {
-    const auto run = Lumo("offset - -o - " + std::string(c.options), Svg(kSquare));
-    EXPECT_EQ(run.exit, 0) << run.error;
-    EXPECT_NEAR(std::abs(Area(run.out)), c.area, 0.002 * c.area) << c.options;
-  }
+  for (const auto& c : cases)
+    EXPECT_NEAR(AreaOf("offset - " + std::string(c.options), Svg(kSquare)), c.area, 0.002 * c.area)
+        << c.options;
   EXPECT_EQ(Lumo("offset - -o - --distance -21", Svg(kSquare)).exit, 1) << "nothing is left of it";
 }
 
@@ -68,15 +69,13 @@ TEST(Offset, NamesSidesAsTheyAreSeen) {
 TEST(Outline, TurnsStrokesIntoShapes) {
   const std::string line =
       Svg("<path d='M20 50H80' stroke-width='10' stroke-linecap='butt' fill='none' stroke='red'/>");
-  const auto own = Lumo("outline - -o -", line);
-  EXPECT_EQ(own.exit, 0) << own.error;
-  EXPECT_NEAR(std::abs(Area(own.out)), 600, 1);
-  EXPECT_NE(own.out.find("fill=\"red\""), std::string::npos);
-  EXPECT_NEAR(std::abs(Area(Lumo("outline - --width 4 --cap round -o -", line).out)), 240 + kPi * 4, 1);
-  EXPECT_NEAR(std::abs(Area(Lumo("outline - --width 4 --cap square -o -", line).out)), 240 + 16, 1);
+  EXPECT_NEAR(AreaOf("outline -", line), 600, 1);
+  EXPECT_NE(Lumo("outline - -o -", line).out.find("fill=\"red\""), std::string::npos);
+  EXPECT_NEAR(AreaOf("outline - --width 4 --cap round", line), 240 + kPi * 4, 1);
+  EXPECT_NEAR(AreaOf("outline - --width 4 --cap square", line), 240 + 16, 1);
   // A closed stroke is a ring.
-  const auto ring = Lumo("outline - --width 2 -o -", Svg("<circle cx='50' cy='50' r='20'/>"));
-  EXPECT_NEAR(std::abs(Area(ring.out)), kPi * (21 * 21 - 19 * 19), 0.5);
+  EXPECT_NEAR(AreaOf("outline - --width 2", Svg("<circle cx='50' cy='50' r='20'/>")),
+              kPi * (21 * 21 - 19 * 19), 0.5);
 }
 
 TEST(Boolean, CombinesDrawingsAndElements) {
@@ -86,30 +85,26 @@ TEST(Boolean, CombinesDrawingsAndElements) {
     const char* operation;
     double area;
   } cases[] = {{"union", 2800}, {"intersect", 400}, {"subtract", 1200}, {"xor", 2400}};
-  for (const auto& c : cases) {
-    const auto run = Lumo("boolean " + std::string(c.operation) + " " + a + " " + b + " -o -");
-    EXPECT_EQ(run.exit, 0) << run.error;
-    EXPECT_NEAR(std::abs(Area(run.out)), c.area, 1e-6) << c.operation;
-  }
+  for (const auto& c : cases)
+    EXPECT_NEAR(AreaOf("boolean " + std::string(c.operation) + " " + a + " " + b), c.area, 1e-6)
+        << c.operation;
   const std::string apart =
       test::Scratch().Write("apart.svg", Svg("<rect x='90' y='90' width='5' height='5'/>"));
   EXPECT_EQ(Lumo("boolean intersect " + a + " " + apart + " -o -").exit, 1);
   // Without a second drawing the elements are the operands.
-  EXPECT_NEAR(std::abs(Area(Lumo("boolean union - -o -", Svg(kSquare + kSquare)).out)), 1600, 1e-6);
+  EXPECT_NEAR(AreaOf("boolean union -", Svg(kSquare + kSquare)), 1600, 1e-6);
   // A second drawing of another size is brought to the units of the first.
   const std::string large = test::Scratch().Write("large.svg",
                                                   "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9000 "
                                                   "9000'><rect x='40' width='9000' height='9000'/></svg>");
-  EXPECT_NEAR(std::abs(Area(Lumo("boolean subtract " + a + " " + large + " -o -").out)), 800, 1e-6);
+  EXPECT_NEAR(AreaOf("boolean subtract " + a + " " + large), 800, 1e-6);
 }
 
 TEST(Boolean, SimplifiesUnderTheFillRule) {
   const std::string bow = "<path d='M20 20H60V60H20ZM30 30H50V50H30Z' ";
-  EXPECT_NEAR(std::abs(Area(Lumo("boolean simplify - -o -", Svg(bow + "fill-rule='evenodd'/>")).out)), 1200,
-              1e-6);
-  EXPECT_NEAR(std::abs(Area(Lumo("boolean simplify - -o -", Svg(bow + "/>")).out)), 1600, 1e-6);
-  EXPECT_NEAR(std::abs(Area(Lumo("boolean simplify - --rule evenodd -o -", Svg(bow + "/>")).out)), 1200,
-              1e-6);
+  EXPECT_NEAR(AreaOf("boolean simplify -", Svg(bow + "fill-rule='evenodd'/>")), 1200, 1e-6);
+  EXPECT_NEAR(AreaOf("boolean simplify -", Svg(bow + "/>")), 1600, 1e-6);
+  EXPECT_NEAR(AreaOf("boolean simplify - --rule evenodd", Svg(bow + "/>")), 1200, 1e-6);
 }
 
 TEST(Intersect, ReportsEachMeetingOnce) {
@@ -117,19 +112,11 @@ TEST(Intersect, ReportsEachMeetingOnce) {
       Svg("<path id='a' d='M10 50H90'/><path id='b' d='M50 10V90'/><path id='c' d='M20 60L20 50'/>");
   const auto list = LumoJson("intersect - --json", cross).at("intersections");
   ASSERT_EQ(list.size(), 2u);
-  int crossings = 0, touches = 0;
-  for (const auto& entry : list) {
-    if (entry.at("kind") == "crossing") {
-      ++crossings;
-      EXPECT_EQ(entry.at("point"), (nlohmann::json{50, 50}));
-      EXPECT_EQ(entry.at("a").at("t"), 0.5);
-    } else {
-      ++touches;
-      EXPECT_EQ(entry.at("kind"), "touch");
-    }
-  }
-  EXPECT_EQ(crossings, 1);
-  EXPECT_EQ(touches, 1);
+  const std::size_t crossing = list[0].at("kind") == "crossing" ? 0 : 1;
+  EXPECT_EQ(list[crossing].at("kind"), "crossing");
+  EXPECT_EQ(list[crossing].at("point"), (nlohmann::json{50, 50}));
+  EXPECT_EQ(list[crossing].at("a").at("t"), 0.5);
+  EXPECT_EQ(list[1 - crossing].at("kind"), "touch");
   const std::string knot = Svg("<path d='M10 50H90V10H50V90'/>");
   EXPECT_EQ(Lumo("intersect - --json", knot).exit, 1);
   EXPECT_EQ(LumoJson("intersect - --self --json", knot).at("intersections").size(), 1u);
@@ -156,10 +143,9 @@ TEST(Shape, DrawsWhatItSays) {
       {"rect 0 0 80 50 --radius 10 --corner scallop", 4000 - 100 * kPi, 0},
   };
   for (const auto& c : cases) {
-    const auto run = Lumo("shape " + std::string(c.arguments) + " -o -");
-    EXPECT_EQ(run.exit, 0) << run.error;
-    EXPECT_NEAR(std::abs(Area(run.out)), c.area, 0.001 * c.area) << c.arguments;
-    EXPECT_EQ(LumoJson("info - --json", run.out).at("paths")[0].at("open"), c.open);
+    const std::string command = "shape " + std::string(c.arguments);
+    EXPECT_NEAR(AreaOf(command), c.area, 0.001 * c.area) << c.arguments;
+    EXPECT_EQ(LumoJson("info - --json", Lumo(command + " -o -").out).at("paths")[0].at("open"), c.open);
   }
   EXPECT_EQ(Lumo("shape circle 50 50 -1 -o -").exit, 2);
   EXPECT_EQ(Lumo("shape rect 0 0 5 5 --corner square -o -").exit, 2);
@@ -198,12 +184,8 @@ TEST(Edit, AppliesOperationsInOrder) {
   for (const auto& c : cases) {
     const auto run = Lumo("edit - -o - " + std::string(c.operations), drawing);
     EXPECT_EQ(run.exit, 0) << run.error;
-    EXPECT_NE(run.out.find("id=\"a\" d=\"" + std::string(c.first) + "\""), std::string::npos)
-        << c.operations << "\n"
-        << run.out;
-    EXPECT_NE(run.out.find("id=\"b\" d=\"" + std::string(c.second) + "\""), std::string::npos)
-        << c.operations << "\n"
-        << run.out;
+    EXPECT_THAT(run.out, HasSubstr("id=\"a\" d=\"" + std::string(c.first) + "\"")) << c.operations;
+    EXPECT_THAT(run.out, HasSubstr("id=\"b\" d=\"" + std::string(c.second) + "\"")) << c.operations;
   }
 }
 
@@ -225,7 +207,7 @@ TEST(Edit, WritesNothingWhenAnOperationFails) {
   for (const auto& c : cases) {
     const auto run = Lumo("edit - --op reverse --op " + std::string(c.operation) + " -o " + out, drawing);
     EXPECT_EQ(run.exit, c.exit) << c.operation;
-    EXPECT_NE(run.error.find(c.message), std::string::npos) << run.error;
+    EXPECT_THAT(run.error, HasSubstr(c.message));
     EXPECT_FALSE(std::filesystem::exists(out));
   }
 }

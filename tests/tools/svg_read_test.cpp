@@ -169,23 +169,25 @@ TEST(SvgRead, ScalesByAPowerOfTwoSoThatNothingIsLost) {
 }
 
 TEST(SvgRead, NamesFilePlaceAndCause) {
-  EXPECT_EQ(Message(""), "a.svg: the file is empty");
-  EXPECT_EQ(Message("<svg>\n<path d='M0 0'>\n</svg>"),
-            "a.svg:3: not well-formed XML (Start-end tags mismatch)");
-  EXPECT_EQ(Message("<html/>"), "a.svg:1: there is no svg element");
-  EXPECT_EQ(Message("<svg>\n\n<path d='M0 0 L1'/></svg>"),
-            "a.svg:3: <path>: d, character 8: expected a number, found the end");
-  EXPECT_EQ(Message("<svg><g transform='rotate(a)'/></svg>"),
-            "a.svg:1: <g>: transform, character 8: expected a number, found 'a'");
-  EXPECT_EQ(Message("<svg><g transform='turn(1)'/></svg>"),
-            "a.svg:1: <g>: transform, character 1: no transform is called turn and has 1 numbers");
-  EXPECT_EQ(Message("<svg><circle r='-1'/></svg>"), "a.svg:1: <circle>: r is negative");
-  EXPECT_EQ(Message("<svg><circle r='1furlong'/></svg>"),
-            "a.svg:1: <circle>: r, character 2: not a unit: furlong");
-  EXPECT_EQ(Message("<svg><polygon points='1 2 3'/></svg>"),
-            "a.svg:1: <polygon>: points, character 6: expected a number, found the end");
-  EXPECT_EQ(Message("<svg><path d='M0 0L1e300 1' transform='scale(1e300)'/></svg>"),
-            "a.svg:1: <path>: a coordinate is beyond the range of doubles");
+  const struct {
+    const char *svg, *message;
+  } cases[] = {
+      {"", ": the file is empty"},
+      {"<svg>\n<path d='M0 0'>\n</svg>", ":3: not well-formed XML (Start-end tags mismatch)"},
+      {"<html/>", ":1: there is no svg element"},
+      {"<svg>\n\n<path d='M0 0 L1'/></svg>", ":3: <path>: d, character 8: expected a number, found the end"},
+      {"<svg><g transform='rotate(a)'/></svg>",
+       ":1: <g>: transform, character 8: expected a number, found 'a'"},
+      {"<svg><g transform='turn(1)'/></svg>",
+       ":1: <g>: transform, character 1: no transform is called turn and has 1 numbers"},
+      {"<svg><circle r='-1'/></svg>", ":1: <circle>: r is negative"},
+      {"<svg><circle r='1furlong'/></svg>", ":1: <circle>: r, character 2: not a unit: furlong"},
+      {"<svg><polygon points='1 2 3'/></svg>",
+       ":1: <polygon>: points, character 6: expected a number, found the end"},
+      {"<svg><path d='M0 0L1e300 1' transform='scale(1e300)'/></svg>",
+       ":1: <path>: a coordinate is beyond the range of doubles"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Message(c.svg), "a.svg" + std::string(c.message));
   EXPECT_THROW(tool::ReadSvg("no/such/file.svg"), tool::InputError);
   EXPECT_THROW(tool::ReadSvg("."), tool::InputError);
 }
