@@ -21,12 +21,11 @@ Bytes Fixed(Bytes types) {
 }
 
 TEST(IsValidCurve, JudgesKindsAndFlags) {
-  struct Case {
+  const struct {
     const char* what;
     Bytes types;
     bool valid;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"empty", {}, true},
       {"lone move", {0x04}, true},
       {"lone closed move", {0x0C}, true},
@@ -49,7 +48,7 @@ TEST(IsValidCurve, JudgesKindsAndFlags) {
       {"second subpath bad", {0x04, 0x44, 0x0C, 0x44}, false},
       {"an inner closed flag is not looked at", {0x04, 0x4C, 0x44}, true},
   };
-  for (const Case& c : cases) EXPECT_EQ(Valid(c.types), c.valid) << c.what;
+  for (const auto& c : cases) EXPECT_EQ(Valid(c.types), c.valid) << c.what;
   EXPECT_TRUE(Lumo::IsValidCurve(nullptr, 0));
   EXPECT_FALSE(Lumo::IsValidCurve(nullptr, 3));
 }

@@ -14,12 +14,10 @@ using test::Path;
 LUMO_TYPED_SUITE(Break);
 
 LUMO_TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
-  struct Case {
-    const char* svg;
-    const char* broken;
+  const struct {
+    const char *svg, *broken;
     int room;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"M0,0e L1,0 L2,0e", "M0,0e L1,0 L2,0e", 0},  // open ends stay
       {"M0,0 L1,0es L2,0", "M0,0 L1,0 M1,0e L2,0", 1},
       {"M0,0 C1,0 2,0 3,0ey C4,0 5,0 6,0", "M0,0 C1,0 2,0 3,0 M3,0e C4,0 5,0 6,0", 1},
@@ -28,7 +26,7 @@ LUMO_TYPED_TEST(Break, EnabledNodesBecomeEndsAndStarts) {
       {"M0,0 L1,0e L1,1 L0,1 Z", "M1,0e L1,1 L0,1 L0,0 L1,0", 1},  // turned to the break
       {"M0,0 L1,0e L1,1 L0,1e Z", "M1,0e L1,1 L0,1 M0,1e L0,0 L1,0", 2},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(After(ParsePath<T>(c.svg), c.room, CRV_BreakEnabled<T>, 0), ParsePath<T>(c.broken)) << c.svg;
   }
   EXPECT_EQ(After(ParsePath<T>("M0,0 L1,0e L2,0"), 1, CRV_BreakEnabled<T>, 1),
@@ -61,13 +59,12 @@ LUMO_TYPED_TEST(Break, EnabledInOnePassEqualsNodeByNode) {
 }
 
 LUMO_TYPED_TEST(Break, AtALocation) {
-  struct Case {
+  const struct {
     const char* svg;
     int index;
     double t;
     const char* broken;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"M0,0 L4,0e L8,0", 1, 0.5, "M0,0 L2,0 M2,0 L4,0e L8,0"},
       {"M0,0 L4,0e L8,0", 1, 1.0, "M0,0 L4,0e M4,0 L8,0"},
       {"M0,0 L4,0e L8,0", 2, 0.0, "M0,0 L4,0e M4,0 L8,0"},
@@ -78,7 +75,7 @@ LUMO_TYPED_TEST(Break, AtALocation) {
       {"M0,0 L4,0 L4,4 Z", 2, 0.5, "M4,2 L4,4 L0,0 L4,0 L4,2"},
       {"M0,0s L4,0 C8,0 8,8 0,0sZ", 1, 0.5, "M2,0 L4,0 C8,0 8,8 0,0s L2,0"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto broken = After(ParsePath<T>(c.svg), 4, CRV_BreakAtLocation<T>, c.index, c.t);
     EXPECT_EQ(broken, ParsePath<T>(c.broken)) << c.svg << " at " << c.index << ", " << c.t;
   }

@@ -106,7 +106,7 @@ LUMO_TYPED_TEST(Convert, ContinuityIsWrittenOnlyWhereItCanHold) {
        static_cast<ContinuityType>(3),
        {0x04, 0xC0, 0xC0, 0x95, 0xC0, 0xC0, 0x84}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(After(ParsePath<T>(c.svg), 0, CRV_SetContEnabled<T>, c.continuity).Bytes(), c.bytes) << c.svg;
   }
   // Refused as symmetric, but smoothing runs: the handle turns onto the line.
@@ -188,11 +188,9 @@ LUMO_TYPED_TEST(Convert, EnabledBoxIsYUp) {
 }
 
 LUMO_TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
-  struct Case {
-    const char* svg;
-    const char* thin;
-  };
-  const Case cases[] = {
+  const struct {
+    const char *svg, *thin;
+  } cases[] = {
       {"M0,0 L100,0 L0,0Z", "M0,0 L100,0"},
       {"M0,0 L100,0 L200,50 L100,1 L0,1", "M0,0 L100,0 L200,50"},  // open, ends near
       {"M0,0 C10,50 50,90 100,90 C51,90 10,51 0,0Z", "M0,0 C10,50 50,90 100,90"},
@@ -205,7 +203,7 @@ LUMO_TYPED_TEST(Convert, ThinSubpathsRunOneWay) {
       {"M0,0 L1,0", ""},  // fewer than three nodes
       {"M0,0 C0,0 1,1 0,0Z", "M0,0 C0,0 1,1 0,0"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto path = ParsePath<T>(c.svg);
     const auto thin = After(path, 0, CRV_TransferThisThinSubpathToRegular<T>, path.count() - 1, 2);
     EXPECT_EQ(thin, c.thin ? ParsePath<T>(c.thin) : path) << c.svg;

@@ -116,11 +116,9 @@ LUMO_TYPED_TEST(Delete, InOnePassEqualsPieceByPiece) {
 }
 
 LUMO_TYPED_TEST(Delete, Cases) {
-  struct Case {
-    const char* svg;
-    const char* left;
-  };
-  const Case cases[] = {
+  const struct {
+    const char *svg, *left;
+  } cases[] = {
       {"M0,0 L4,0e L8,0", "M0,0 L8,0"},
       {"M0,0e L4,0s L8,0", "M4,0 L8,0"},
       {"M0,0e C1,0 2,0 4,0s L8,0", "M4,0 L8,0"},  // the first segment goes with its start
@@ -135,7 +133,7 @@ LUMO_TYPED_TEST(Delete, Cases) {
       {"M0,0 L4,0e L0,0Z M1,1 L2,2", "M1,1 L2,2"},     // nothing between the closed ends
       {"M0,0 L3,0e L6,0e L9,0", "M0,0 C3,0 6,0 9,0"},  // two in a row: one curve, even of lines
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto left = Deleted(ParsePath<T>(c.svg));
     if (*c.left == '\0') {
       EXPECT_TRUE(left.empty()) << left;
@@ -158,11 +156,10 @@ LUMO_TYPED_TEST(Delete, Cases) {
 }
 
 LUMO_TYPED_TEST(Delete, TellsWhatItTookOut) {
-  struct Case {
+  const struct {
     const char* svg;
     std::vector<std::vector<int>> runs;  // first, count, before, after, fitted
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"M0,0 L4,0 L8,0", {}},
       {"M0,0 L4,0e L8,0", {{1, 1, 0, 2, 0}}},
       {"M0,0e C1,0 2,0 4,0 L8,0 L9,0e", {{0, 3, -1, 3, 0}, {5, 1, 4, -1, 0}}},
@@ -171,7 +168,7 @@ LUMO_TYPED_TEST(Delete, TellsWhatItTookOut) {
       {"M0,0e L4,0e L4,4e Z M1,1 L2,2e L3,3", {{0, 4, -1, -1, 0}, {5, 1, 4, 6, 0}}},
       {"M0,0e L4,0 L4,4 L0,4e Z", {{3, 2, 2, 1, 1}}},  // across the closed ends, which count once
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     auto path = ParsePath<T>(c.svg);
     WDeleteRunInfo* runs = nullptr;
     int n = -1;

@@ -14,13 +14,12 @@ using test::Path;
 LUMO_TYPED_SUITE(Join);
 
 LUMO_TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
-  struct Case {
+  const struct {
     const char* svg;
     int a, b;
     const char* joined;
     int index;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"M0,0 L4,0 M3,-3 L9,9", 1, 2, "M0,0 L3,-1 L9,9", 1},            // 3.5 and -1.5 towards zero
       {"M0,0 L4,0 M3,-3 L9,9", 2, 1, "M0,0 L3,-1 L9,9", 1},            // a start meets an end: a's direction
       {"M9,9 L3,-3 M0,0 L4,0 M5,5", 2, 1, "M9,9 L1,-1 L4,0 M5,5", 1},  // b's subpath lies before a's
@@ -33,7 +32,7 @@ LUMO_TYPED_TEST(Join, TwoEndsMergeTheirSubpathsOrCloseOne) {
       {"M0,0 L4,0 L3,-3", 2, 0, "M1,-1 L4,0 Z", 0},
       {"M5,5 M6,6 M0,0 L4,0 L0,0 M7,7 L8,8", 2, 4, "M0,0 L4,0 Z M7,7 L8,8", 0},  // runs of moves go
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     int index = -7;
     const auto joined = After(ParsePath<T>(c.svg), 0, CRV_JoinTwoNodesExt<T>, c.a, c.b, &index);
     EXPECT_EQ(joined, ParsePath<T>(c.joined)) << c.svg << " " << c.a << "+" << c.b;
@@ -65,13 +64,12 @@ LUMO_TYPED_TEST(Join, RefusesWhatIsNoOpenEnd) {
 }
 
 LUMO_TYPED_TEST(Join, WithABridge) {
-  struct Case {
+  const struct {
     const char* svg;
     std::array<int, 4> p;
     const char* joined;
     std::array<int, 4> at;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"M0,0 L2,0 M4,0 L6,0 M8,0 L10,0", {1, 4, 2, 3}, "M0,0 L3,0 L7,0 L10,0", {1, 2, 1, 2}},
       {"M0,0 L2,0 M4,0 L6,0 M8,0 L10,0", {5, 0, 3, 2}, "M8,0 L8,0 L2,0 L2,0", {1, 2, 1, 2}},
       {"M0,0 L2,0 M4,0 L6,0 M8,0 L10,0", {0, 5, 2, 3}, "M2,0 L2,0 L8,0 L8,0", {1, 2, 1, 2}},
@@ -81,7 +79,7 @@ LUMO_TYPED_TEST(Join, WithABridge) {
       // A bridge of one node.
       {"M0,0 L2,0 M4,0 M6,0 L10,0", {1, 3, 2, 2}, "M0,0 L4,0 L10,0", {1, 1, 1, 1}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     std::array p = c.p;
     const auto joined =
         After(ParsePath<T>(c.svg), 0, CRV_JoinTwoNodesWithOpenSubpathExt<T>, &p[0], &p[1], &p[2], &p[3]);
@@ -111,12 +109,9 @@ LUMO_TYPED_TEST(Join, WithABridge) {
 }
 
 LUMO_TYPED_TEST(Join, EnabledEnds) {
-  struct Case {
-    const char* svg;
-    const char* joined;
-    const char* withLines;
-  };
-  const Case cases[] = {
+  const struct {
+    const char *svg, *joined, *withLines;
+  } cases[] = {
       {"M0,0 L4,0e M4,4e L9,9", "M0,0 L4,2e L9,9", "M0,0 L4,0e L4,4e L9,9"},
       {"M0,0e L4,0 M4,4e L9,9", "M4,0 L2,2e L9,9", "M4,0 L0,0e L4,4e L9,9"},
       {"M0,0e L4,0 M4,4 L9,9e", "M4,4 L4,4e L4,0", "M4,4 L9,9e L0,0e L4,0"},
@@ -128,7 +123,7 @@ LUMO_TYPED_TEST(Join, EnabledEnds) {
       {"M0,0e L4,0 L4,4e M9,9e L8,8", "M2,2e L4,0 L2,2eZ M9,9e L8,8", "M4,4e L0,0e L4,0 L4,4eZ M9,9e L8,8"},
       {"M0,0e L4,0e M9,9e L8,8", "M0,0e L4,0e M9,9e L8,8", "M0,0e L4,0e M9,9e L8,8"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto path = ParsePath<T>(c.svg);
     EXPECT_EQ(test::ToSvg(After(path, 0, CRV_JoinEnabled<T>)), test::ToSvg(ParsePath<T>(c.joined))) << c.svg;
     const int room = 2;
