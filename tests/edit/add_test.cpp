@@ -55,15 +55,12 @@ LUMO_TYPED_TEST(Add, SplitsACurveAndDemotesItsEnds) {
 LUMO_TYPED_TEST(Add, RefusesWhatHasNoSegment) {
   const auto path = ParsePath<T>("M0,0 L9,0 C9,3 9,6 9,9");
   const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
-  struct Case {
-    int index;
-    double t;
-  };
-  for (const Case& c : {Case{0, 0.5}, {2, 0.5}, {3, 0.5}, {-1, 0.5}, {5, 0.5}, {1, nan}, {4, inf}}) {
+  for (const auto& [index, t] :
+       {std::pair{0, 0.5}, {2, 0.5}, {3, 0.5}, {-1, 0.5}, {5, 0.5}, {1, nan}, {4, inf}}) {
     auto copy = path;
-    EXPECT_EQ(CRV_Add(LUMO_ARRAYS(copy), c.index, c.t, 1), 0);
+    EXPECT_EQ(CRV_Add(LUMO_ARRAYS(copy), index, t, 1), 0);
     EXPECT_EQ(copy, path);
-    EXPECT_EQ(CRV_NodeEditAddHere(LUMO_ARRAYS(copy), c.index, c.t), -1);
+    EXPECT_EQ(CRV_NodeEditAddHere(LUMO_ARRAYS(copy), index, t), -1);
     EXPECT_EQ(copy, path);
   }
   EXPECT_EQ(CRV_Add<T>(nullptr, nullptr, 5, 1, 0.5, 1), 0);

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <initializer_list>
 #include <type_traits>
 #include <vector>
 
@@ -33,8 +32,6 @@ class GuardedArray {
     std::fill_n(memory_.rbegin(), kZone, kFill);
     Poison(true);
   }
-  GuardedArray(std::initializer_list<Element> elements)
-      : GuardedArray(std::vector<Element>(elements), elements.size()) {}
   /// A copy of the elements with room for capacity of them in all.
   GuardedArray(const std::vector<Element>& elements, std::size_t capacity) : GuardedArray(capacity) {
     if (!elements.empty()) std::memcpy(data(), elements.data(), elements.size() * sizeof(Element));
