@@ -181,8 +181,7 @@ LUMO_TYPED_TEST(CurveRepair, EasingAHandleMakesNoLoop) {
     return TavMath::CubicBezier::FindBezierSelfIntersection(p, t0, t1, at);
   };
   test::Bits bits(94);
-  test::PathOptions options;
-  options.range = 10000;
+  const test::PathOptions options{.range = 10000};
   int eased = 0;
   for (int k = 0; k < 4000; ++k) {
     Path<T> path;
@@ -281,10 +280,7 @@ LUMO_TYPED_TEST(CurveRepair, FromAnyBytesGivesAPathAndSettles) {
 
 LUMO_TYPED_TEST(CurveRepair, MovesTheOutlineByNoMoreThanTheSettingsAllow) {
   test::Bits bits(93);
-  test::PathOptions options;
-  options.range = 60;
-  options.maxSegments = 12;
-  options.loneMoves = false;
+  test::PathOptions options{.maxSegments = 12, .range = 60, .loneMoves = false};
   CurveRepairSettings settings;
   settings.SetFixOverlappingHandles(false);
   double worst = 0;

@@ -216,8 +216,7 @@ TEST(ClosestOnSegment, ToleranceZeroIsExactAtTheFarEndsOfThePlane) {
 TEST(ClosestOnSegment, AgreesWithDenseSampling) {
   test::Bits bits(53);
   for (int round = 0; round < 200; ++round) {
-    test::PathOptions options;
-    options.maxSubpaths = 1;
+    const test::PathOptions options{.maxSubpaths = 1};
     const auto path = test::RandomPath<DPoint>(bits, options);
     const auto lines = test::Flatten(path, 512);
     const DPoint query = test::RandomPoint<DPoint>(bits, options);

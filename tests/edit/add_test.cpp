@@ -68,8 +68,7 @@ LUMO_TYPED_TEST(Add, RefusesWhatHasNoSegment) {
 
 LUMO_TYPED_TEST(Add, ChangesNoPointOfTheCurve) {
   test::Bits bits(41);
-  test::PathOptions options;
-  options.flags = false;
+  const test::PathOptions options{.flags = false};
   const bool isInt = std::is_same_v<T, tagPOINT>;
   for (int k = 0; k < 300; ++k) {
     const auto path = test::RandomPath<T>(bits, options);

@@ -95,10 +95,8 @@ LUMO_TYPED_TEST(Break, AtALocation) {
 
 LUMO_TYPED_TEST(Break, ThenJoinGivesTheShapeBack) {
   test::Bits bits(52);
-  test::PathOptions options;
-  options.maxSubpaths = 1;
-  options.whole = true;  // joins land on whole units
-  options.degenerate = false;
+  // Joins land on whole units.
+  const test::PathOptions options{.maxSubpaths = 1, .degenerate = false, .whole = true};
   for (int k = 0; k < 500; ++k) {
     const auto path = test::RandomPath<T>(bits, options);
     const int index = bits.Below(path.count());

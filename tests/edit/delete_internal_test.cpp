@@ -187,10 +187,8 @@ LUMO_TYPED_TEST(Delete, TellsWhatItTookOut) {
 LUMO_TYPED_TEST(Delete, AfterAddGivesTheFormerCubicBack) {
   test::Bits bits(72);
   const bool isInt = std::is_same_v<T, tagPOINT>;
-  test::PathOptions options;
-  options.maxSubpaths = options.maxSegments = 1;
+  test::PathOptions options{.maxSubpaths = 1, .maxSegments = 1, .range = 100000};
   options.lines = options.loneMoves = options.closed = options.flags = false;
-  options.range = 100000;
   double worst = 0;
   int tried = 0;
   for (int k = 0; k < 500; ++k) {
@@ -239,10 +237,8 @@ TEST(DeleteDouble, GivesBackACubicThatWasSplitThousandsOfTimes) {
 
 LUMO_TYPED_TEST(Delete, KeepsTangentsAtTheKeptNodes) {
   test::Bits bits(73);
-  test::PathOptions options;
-  options.maxSubpaths = 1;
+  test::PathOptions options{.maxSubpaths = 1, .range = 1000000};
   options.lines = options.loneMoves = options.closed = options.degenerate = options.flags = false;
-  options.range = 1000000;
   int tried = 0;
   for (int k = 0; k < 300; ++k) {
     const auto path = test::RandomPath<T>(bits, options);
@@ -298,9 +294,7 @@ TEST(DeleteFit, OfAGentleStretchMissesByLittle) {
 
 LUMO_TYPED_TEST(Delete, FitNeverMissesByMoreThanThePlainCurve) {
   test::Bits bits(75);
-  test::PathOptions options;
-  options.maxSubpaths = 1;
-  options.loneMoves = options.closed = options.flags = false;
+  const test::PathOptions options{.maxSubpaths = 1, .closed = false, .loneMoves = false, .flags = false};
   for (int k = 0; k < 300; ++k) {
     const auto path = test::RandomPath<T>(bits, options);
     DPoint fit[4];

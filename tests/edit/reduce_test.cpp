@@ -54,10 +54,7 @@ LUMO_TYPED_TEST(Reduce, StaysWithinTheToleranceAndKeepsWhatIsNotEnabled) {
   test::Bits bits(11);
   int removed = 0;
   for (int k = 0; k < 150; ++k) {
-    test::PathOptions options;
-    options.maxSegments = 12;
-    options.range = 3000;
-    options.degenerate = k % 2 == 0;
+    const test::PathOptions options{.maxSegments = 12, .range = 3000, .degenerate = k % 2 == 0};
     const auto path = test::RandomPath<T>(bits, options);
     for (const double tolerance : {0.0, 10.0, 400.0}) {
       const auto after = Reduced(path, tolerance);
@@ -82,9 +79,7 @@ LUMO_TYPED_TEST(Reduce, ASecondArrayLosesTheSameNodesAndFitsItsOwnCurves) {
   test::Bits bits(13);
   int removed = 0;
   for (int k = 0; k < 150; ++k) {
-    test::PathOptions options;
-    options.whole = true;
-    options.maxSegments = 10;
+    const test::PathOptions options{.maxSegments = 10, .whole = true};
     const auto path = test::RandomPath<T>(bits, options);
     const auto doubles = test::ConvertPath<DPoint>(path);
     GuardedPath<T> g(path);

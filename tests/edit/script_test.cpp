@@ -148,9 +148,7 @@ TEST(EditScript, KeepsPathsWellFormedAndBothVariantsInStep) {
   int edits = 0, changes = 0, failures = 0;
   for (std::uint64_t seed = 1; seed <= 60; ++seed) {
     test::Bits bits(seed);
-    test::PathOptions options;
-    options.whole = true;
-    options.degenerate = seed % 2 == 0;
+    const test::PathOptions options{.degenerate = seed % 2 == 0, .whole = true};
     auto ints = test::RandomPath<tagPOINT>(bits, options);
     for (std::size_t k = 0; k < ints.types.size(); ++k)  // handles shown only where the editor shows them
       if (ints.types[k].IsControl()) ints.types[k] = 0xC0;
@@ -203,9 +201,7 @@ LUMO_TYPED_SUITE(Smoothness);
 
 LUMO_TYPED_TEST(Smoothness, OutlivesEveryEdit) {
   test::Bits bits(81);
-  test::PathOptions options;
-  options.range = 1000000;
-  options.degenerate = options.loneMoves = false;
+  const test::PathOptions options{.range = 1000000, .loneMoves = false, .degenerate = false};
   double worst = 0;
   int measured = 0;
   for (int k = 0; k < 250; ++k) {

@@ -55,8 +55,8 @@ TEST(Fill, IsEvenOddAndClosesOpenSubpaths) {
 
 TEST(Fill, WithCurvesAgreesWithWindingOfDensePolylines) {
   test::Bits bits(81);
-  test::PathOptions options;
-  options.range = 160;  // second differences up to 640: chords within half a unit of the curve
+  // Second differences up to 640: chords within half a unit of the curve.
+  const test::PathOptions options{.range = 160};
   int inside = 0, checked = 0;
   for (int round = 0; round < 400; ++round) {
     const IntPath path = test::RandomPath<tagPOINT>(bits, options);
@@ -162,8 +162,7 @@ TEST(SubpathHole, LooksAtClosedSubpathsWhoseBoxContainsItsBox) {
 
 TEST(FacePoint, LiesStrictlyInside) {
   test::Bits bits(83);
-  test::PathOptions options;
-  options.maxSubpaths = 2;
+  test::PathOptions options{.maxSubpaths = 2};
   int found = 0;
   for (int round = 0; round < 300; ++round) {
     options.range = round % 3 == 0 ? 20 : 160;

@@ -61,8 +61,7 @@ int PathHit(const IntPath& path, const tagRECT& rect) {
 
 TEST(PathHit, FindsTheFirstSegmentThatABruteForceSearchFinds) {
   test::Bits bits(71);
-  test::PathOptions options;
-  options.range = 100;
+  test::PathOptions options{.range = 100};
   int hits = 0;
   for (int round = 0; round < 600; ++round) {
     options.curves = round % 2 == 0;
@@ -167,9 +166,7 @@ TEST(BezierIntersectsRect, ByTheCurveNotItsHull) {
 
 TEST(NodeHit, PrefersOnCurveNodesThenTheLowestIndexOfThoseThatTheUserSees) {
   test::Bits bits(72);
-  test::PathOptions options;
-  options.maxSubpaths = 60;
-  options.range = 60;
+  const test::PathOptions options{.maxSubpaths = 60, .range = 60};
   for (int round = 0; round < 200; ++round) {
     const IntPath path = test::RandomPath<tagPOINT>(bits, options);
     tagRECT rect = RandomRect(bits, 60, 30);
@@ -211,8 +208,7 @@ TEST(HitQueries, OfNothing) {
 
 TEST(HitQueries, StayInsideMalformedArrays) {
   test::Bits bits(73);
-  test::PathOptions options;
-  options.range = 20;
+  const test::PathOptions options{.range = 20};
   for (int round = 0; round < 2000; ++round) {
     const test::GuardedPath<tagPOINT> path(
         test::RandomMalformedPath<tagPOINT>(bits, round % 10 == 0 ? 400 : 10, options));

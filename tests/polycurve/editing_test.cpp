@@ -171,8 +171,7 @@ LUMO_TYPED_TEST(Editing, ClosestPairsAreJoinedByLinesUntilNoEndIsLeft) {
   ExpectShape(path, "M0,0 L100,0 L110,0 L200,0 L200,30 L0,40 L0,0 Z");
   EXPECT_FALSE(path.JoinClosestPairsAddingLineSegments());
   test::Bits bits(5);
-  test::PathOptions options;
-  options.maxSubpaths = 300;
+  const test::PathOptions options{.maxSubpaths = 300};
   auto many = test::ToCurve(test::RandomPath<T>(bits, options));
   EXPECT_TRUE(many.JoinClosestPairsAddingLineSegments());
   EXPECT_TRUE(test::IsWellFormed(ToPath(many)));

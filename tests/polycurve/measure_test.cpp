@@ -78,8 +78,8 @@ LUMO_TYPED_TEST(Measure, AreaAndLengthAgreeWithADenselyFlattenedPath) {
 LUMO_TYPED_TEST(Measure, TightBoxIsTheBoxOfTheFlattenedPath) {
   const double slack = std::is_same_v<T, tagPOINT> ? 0.51 : 0.01;
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
-    test::PathOptions options;
-    options.maxSubpaths = seed % 3 == 0 ? 200 : 4;  // beyond one step of the scan too
+    // Beyond one step of the scan too.
+    const test::PathOptions options{.maxSubpaths = seed % 3 == 0 ? 200 : 4};
     const auto path = RandomPath<T>(seed, options);
     TavMath::BoundsT<double> expected;
     for (const auto& line : test::Flatten(path, 400))
@@ -190,8 +190,7 @@ void CompareShapeTest(test::Path<T> path, const test::PathOptions& options, std:
 LUMO_TYPED_TEST(Measure, ShapeTestAgreesWithTheParityOfTheFlattenedPath) {
   int counts[2] = {};
   for (std::uint64_t seed = 0; seed < 120; ++seed) {
-    test::PathOptions options;
-    if (seed % 4 == 0) options.maxSubpaths = 60;
+    const test::PathOptions options{.maxSubpaths = seed % 4 == 0 ? 60 : 4};
     CompareShapeTest(RandomPath<T>(seed, options), options, seed + 1000, 5, 0, 0, 0.5, counts);
   }
   EXPECT_GT(counts[1], 500);
@@ -200,9 +199,7 @@ LUMO_TYPED_TEST(Measure, ShapeTestAgreesWithTheParityOfTheFlattenedPath) {
 // Moved to a corner of the 32-bit plane a path keeps its shape to the bit, so the answers must be those of
 // the path about the origin. Long paths, so that subpaths and curves lie across the steps of the scan.
 LUMO_TYPED_TEST(Measure, ShapeTestAtTheEndsOfThePlaneIsThatOfTheSamePathAtTheOrigin) {
-  test::PathOptions options;
-  options.range = 500;
-  options.whole = true;
+  test::PathOptions options{.range = 500, .whole = true};
   int counts[2] = {};
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     options.maxSubpaths = seed % 2 == 0 ? 3 : 40;
@@ -239,9 +236,7 @@ LUMO_TYPED_TEST(Measure, ShapeTestWithSurroundedLooksAtBothSides) {
 LUMO_TYPED_TEST(Measure, NearestPointIsTheNearestOfTheFlattenedPath) {
   int found = 0;
   for (std::uint64_t seed = 0; seed < 120; ++seed) {
-    test::PathOptions options;
-    if (seed % 4 == 0) options.maxSubpaths = 100;
-    options.loneMoves = false;
+    const test::PathOptions options{.maxSubpaths = seed % 4 == 0 ? 100 : 4, .loneMoves = false};
     const auto path = RandomPath<T>(seed, options);
     const auto lines = test::Flatten(path, 500);
     test::Bits bits(seed + 1000);

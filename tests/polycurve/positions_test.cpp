@@ -104,9 +104,7 @@ LUMO_TYPED_TEST(Positions, AtALengthAndBackAgreeWithExtendedPrecision) {
 LUMO_TYPED_TEST(Positions, EvenlySpacedPointsLieAtEqualLengths) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::Bits bits(seed);
-    test::PathOptions options;
-    options.maxSubpaths = 1;
-    options.loneMoves = false;
+    const test::PathOptions options{.maxSubpaths = 1, .loneMoves = false};
     const auto nodes = test::RandomPath<T>(bits, options);
     const PolycurveT<T> path = test::ToCurve(nodes);
     const std::size_t n = 2 + static_cast<std::size_t>(bits.Below(20));
@@ -197,8 +195,7 @@ LUMO_TYPED_TEST(Positions, AllEquallyNearPointsAreFoundOnceEach) {
 LUMO_TYPED_TEST(Positions, TheFarthestPointIsThatOfTheFlattenedPath) {
   for (std::uint64_t seed = 0; seed < 60; ++seed) {
     test::Bits bits(seed);
-    test::PathOptions options;
-    options.loneMoves = false;
+    const test::PathOptions options{.loneMoves = false};
     const auto nodes = test::RandomPath<T>(bits, options);
     const PolycurveT<T> path = test::ToCurve(nodes);
     const auto query = test::RandomPoint<T>(bits, options);
