@@ -93,29 +93,4 @@ LUMO_TYPED_TEST(Break, AtALocation) {
   EXPECT_EQ(CRV_BreakAtLocation(lone.points.data(), lone.types.data(), 1, 0, 1.0), -1);
 }
 
-LUMO_TYPED_TEST(Break, ThenJoinGivesTheShapeBack) {
-  test::Bits bits(52);
-  // Joins land on whole units.
-  const test::PathOptions options{.maxSubpaths = 1, .degenerate = false, .whole = true};
-  for (int k = 0; k < 500; ++k) {
-    const auto path = test::RandomPath<T>(bits, options);
-    const int index = bits.Below(path.count());
-    Path<T> room = slow::WithRoom(path, 4);
-    const int broken = CRV_BreakAtLocation(room.points.data(), room.types.data(), path.count(), index, 1.0);
-    if (broken < 0) continue;
-    const Path<T> cut = slow::Cut(room, broken);
-    ASSERT_TRUE(test::IsWellFormed(cut)) << path;
-    const int subpaths = CRV_NumSubpaths(cut.types.data(), broken);
-    const int a = subpaths == 1 ? 0 : CRV_LastNodeOfThisSubpath(cut.types.data(), broken, 0);
-    const int b = subpaths == 1 ? broken - 1 : a + 1;
-    const int joined = CRV_JoinTwoNodes(room.points.data(), room.types.data(), broken, a, b);
-    ASSERT_EQ(joined, path.count()) << path;
-    const auto before = test::Flatten(path, 4), after = test::Flatten(slow::Cut(room, joined), 4);
-    for (const auto& line : after)
-      for (const DPoint& p : line.points) ASSERT_LE(test::DistanceTo(before, p), 1e-9) << path;
-    for (const auto& line : before)
-      for (const DPoint& p : line.points) ASSERT_LE(test::DistanceTo(after, p), 1e-9) << path;
-  }
-}
-
 }  // namespace
