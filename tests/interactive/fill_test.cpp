@@ -20,16 +20,6 @@ int Fill(const IntPath& path, tagPOINT p) {
   return inside;
 }
 
-TEST(Fill, OfADiamondAtTheHeightOfItsVertices) {
-  const auto diamond = test::ParsePath<tagPOINT>("M0,0 L10,10 L20,0 L10,-10 Z");
-  EXPECT_EQ(Fill(diamond, {-5, 0}), 0) << "two vertices on the ray, each passed through";
-  EXPECT_EQ(Fill(diamond, {5, 0}), 1);
-  EXPECT_EQ(Fill(diamond, {0, 0}), kOnPath);
-  EXPECT_EQ(Fill(diamond, {5, 5}), kOnPath);
-  EXPECT_EQ(Fill(diamond, {5, 10}), 0) << "the top vertex is touched, not passed through";
-  EXPECT_EQ(Fill(diamond, {25, 0}), 0);
-}
-
 TEST(Fill, OfEdgesOnTheRay) {
   const auto steps = test::ParsePath<tagPOINT>("M0,0 L30,0 L30,20 L20,20 L20,10 L10,10 L10,20 L0,20 Z");
   EXPECT_EQ(Fill(steps, {5, 10}), 1);
