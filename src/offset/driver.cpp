@@ -7,12 +7,12 @@
 
 #include "hierarchy/builder.h"
 #include "lumo/offset.h"
-#include "lumo/repair.h"
 #include "offset/closed.h"
 #include "offset/combine.h"
 #include "offset/cracks.h"
 #include "offset/open_path.h"
 #include "offset/thorns.h"
+#include "offset/tidy.h"
 #include "offset/tolerances.h"
 #include "tav/math/rect.h"
 
@@ -32,22 +32,6 @@ struct Level {
 
 TavMath::BoundsT<double> BoxOf(const DPoint* points, int count) {
   return TavMath::GetPointsBBox(points, static_cast<std::size_t>(count));
-}
-
-/// Outlines that touch or cross at a grazing angle leave segments shorter than their rounding.
-void DropShortSegments(OwnedPath& path) {
-  const auto isShort = [&](std::size_t k) {
-    if (path.nodes[k].IsMove() || path.nodes[k].IsControl()) return false;
-    const std::size_t from = path.nodes[k].IsCurve() ? k - 3 : k - 1;
-    return TavMath::Distance(path.points[from], path.points[k]) < kShortestSegment;
-  };
-  bool found = false;
-  for (std::size_t k = 1; k < path.points.size() && !found; ++k) found = isShort(k);
-  if (!found) return;
-  const int count = RemoveShortSegments(path.points.data(), path.nodes.data(), path.Count(), kShortestSegment,
-                                        kShortestSegment);
-  path.points.resize(static_cast<std::size_t>(count));
-  path.nodes.resize(static_cast<std::size_t>(count));
 }
 
 /// Whether no two of a few boxes have a point in common; false for many.
@@ -166,7 +150,9 @@ class Driver {
     for (Level& level : levels_) {
       if (IsCombining() && !Combine(level)) return false;
       RemoveThorns(level.closed, settings_);
-      if (IsCombining()) DropShortSegments(level.closed);
+      if (!IsCombining()) continue;
+      DropShortSegments(level.closed);
+      DropStraightNodes(level.closed);
     }
     return true;
   }

@@ -53,6 +53,7 @@ class Ring {
 
   void AppendTo(OwnedPath& path) const {
     if (ring_.size() < 2) return;
+    const std::size_t start = path.points.size();
     path.points.push_back(ring_.front().part.Start());
     path.nodes.push_back(NODETYPE::kClosed | NODETYPE::kUser);
     for (const Segment& segment : ring_) {
@@ -67,6 +68,8 @@ class Ring {
       path.nodes.back().SetContinuity(segment.end.Continuity());
     }
     path.nodes.back().Set(NODETYPE::kClosed, true);
+    path.nodes.back().Set(NODETYPE::kUser, false);
+    path.nodes[start].SetContinuity(path.nodes.back().Continuity());
   }
 
  private:
@@ -106,8 +109,8 @@ class Ring {
   /// then ends at the thorn's root. False when the two sides are apart. `at` is then before the root.
   bool RemoveAfter(At& at) {
     const At next = Next(at), before = Before(at);
-    const bool first = DistanceSqrd(at->part.Start(), at->part.End()) <=
-                       DistanceSqrd(next->part.Start(), next->part.End());
+    const bool first =
+        DistanceSqrd(at->part.Start(), at->part.End()) <= DistanceSqrd(next->part.Start(), next->part.End());
     const Part side = first ? at->part : next->part;
     Part& other = first ? next->part : at->part;
     const DPoint root = first ? side.Start() : side.End(), far = first ? other.End() : other.Start();

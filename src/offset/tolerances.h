@@ -106,6 +106,11 @@ inline constexpr double kThinShare = 2;
 /// Two sides of a thorn are together within this share of the offset error, so that taking it out adds next
 /// to nothing to that.
 inline constexpr double kThornShare = 0.1;
+/// Distance (units) from the line through its neighbours up to which a node is on it.
+inline constexpr double kStraightNode = 0.25;
+/// Nodes that one line replaces at most, and nodes, ends included, that a closed outline keeps at least.
+inline constexpr int kMostDropped = 8;
+inline constexpr int kFewestNodes = 4;
 /// The sine of the angle below which an outline that turns back at a node has a tip there.
 inline constexpr double kThornSine = 0.02;
 /// Share of the offset error by which the repair of handles may move a curve: what fitting leaves of it.

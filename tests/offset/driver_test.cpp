@@ -400,6 +400,36 @@ TEST(OffsetDriver, NodesInTheMiddleOfAStraightSideLeaveNoTrace) {
   }
 }
 
+TEST(OffsetDriver, NodesOnStraightSidesThatUnitingMakesGo) {
+  const DoublePath cases[] = {
+      // A start in the middle of a side.
+      ClosedPolygon({{50000, 0}, {100000, 0}, {100000, 100000}, {0, 100000}, {0, 0}}),
+      // A notch whose tip touches the side.
+      ClosedPolygon({{50000, 0},
+                     {100000, 0},
+                     {100000, 100000},
+                     {0, 100000},
+                     {0, 0},
+                     {50000, 0},
+                     {40000, 30000},
+                     {60000, 30000}}),
+      // Sides that lie flush.
+      Together({Square(0, 0, 50000), Square(40000, 0, 50000), Square(85000, 0, 50000)})};
+  for (const DoublePath& path : cases)
+    for (const double offset : {1000.0, -1000.0})
+      for (const test::Polyline& line : test::Flatten(OffsetOf(path, offset), 1)) {
+        const std::size_t n = line.points.size() - 1;  // the last is the first again
+        for (std::size_t k = 0; k < n; ++k) {
+          const DVector u = line.points[k + 1] - line.points[k],
+                        v = line.points[(k + 2) % n] - line.points[k + 1];
+          EXPECT_FALSE(Dot(u, v) > 0 && std::abs(Cross(u, v)) < 0.1 * Length(u))
+              << line.points[k + 1].x << " " << line.points[k + 1].y << " of\n"
+              << test::ToSvg(path);
+        }
+        EXPECT_TRUE(test::IsWellFormed(OffsetOf(path, offset)));
+      }
+}
+
 TEST(OffsetDriver, ZeroDistanceGivesTheGround) {
   EXPECT_NEAR(AreaOf(OffsetOf(Square(0, 0, 20000, false), 0)), 4e8, 1);
 }
