@@ -27,7 +27,8 @@ struct Height {
   bool Rises() const { return d[0] <= d[1] && d[1] <= d[2] && d[2] <= d[3]; }
 
   /// Where the height passes `level`, which it does once between its ends, rising; off by less than `slack`
-  /// before the last step. Newton within a bracket.
+  /// before the last step, which is short: where the height hardly rises, a small distance can be far from
+  /// the place. Newton within a bracket.
   double Reaches(double level, double t, double slack) const {
     double low = 0, high = 1;
     for (int k = 0; k < kProjectSteps; ++k) {
@@ -36,8 +37,9 @@ struct Height {
       (off < 0 ? low : high) = t;
       const double next = slope > 0 ? t - off / slope : low;
       const bool inside = next > low && next < high;
+      const bool settled = inside && std::fabs(off) <= slack && std::fabs(next - t) <= kRootStep;
       t = inside ? next : 0.5 * (low + high);
-      if (inside && std::fabs(off) <= slack) break;
+      if (settled) break;
     }
     return t;
   }

@@ -46,6 +46,9 @@ inline constexpr int kProjectSteps = 60;
 /// A place nearer to a line than this is on it after one more step of Newton's method: each doubles the
 /// digits.
 inline constexpr double kRootSettled = 0x1p-28;
+/// And the step is shorter than this: its square is below the contact distance for a slope that counts as
+/// transversal.
+inline constexpr double kRootStep = 0x1p-20;
 /// The end of a stretch that an arc shares with a line is wanted to this share of the contact distance only.
 inline constexpr double kNearShare = 0x1p-6;
 /// Sine of the angle from which on a crossing of a line and an arc counts as transversal: an end within the

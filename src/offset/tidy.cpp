@@ -36,8 +36,8 @@ bool HasStraightNode(const Source& outline) {
   return StartsStraight(outline);
 }
 
-/// Appends the outline without such nodes. All nodes that one line replaces lie on it, or a bend of many small
-/// turns would become straight.
+/// Appends the outline without such nodes. All nodes that one line replaces lie on it, or a bend of many
+/// small turns would become straight.
 void AppendWithout(const Source& outline, OwnedPath& to) {
   const std::size_t first = to.points.size();
   to.Append(outline.points, outline.nodes, 1);

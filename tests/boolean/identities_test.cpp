@@ -104,6 +104,22 @@ TEST(HardCases, NearlyEqualCircles) {
   }
 }
 
+TEST(HardCases, ACircleThatPassesASideByALittle) {
+  const auto circle = Circle({0, 0}, 10);
+  for (int k = 3; k <= 42; ++k) {
+    const double x = 10 - std::ldexp(10, -k);
+    DoublePath box;
+    box.Add(NODETYPE(0x0C), {-x, -20});
+    for (const DPoint p : {DPoint{-x, 7}, DPoint{x, 7}, DPoint{x, -20}}) box.Add(NODETYPE(0x44), p);
+    box.Add(NODETYPE(0x48), {-x, -20});
+    const auto other = ToCurve(box);
+    const double area = Covered(circle), sum = area + Covered(other),
+                 common = Covered(Lumo::Intersect(circle, other));
+    EXPECT_NEAR(Covered(Lumo::Union(circle, other)) + common, sum, 1e-8 * sum) << k;
+    EXPECT_NEAR(Covered(Lumo::Subtract(circle, other)) + common, area, 1e-8 * sum) << k;
+  }
+}
+
 TEST(HardCases, AnOperandSlidesAlongTheOther) {
   const auto base = Parse<DPoint>("M0 0 L0 10 C5 14 15 14 20 10 L20 0 Z");
   const double area = Covered(base);

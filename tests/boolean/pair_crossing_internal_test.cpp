@@ -57,6 +57,29 @@ TEST(PairCrossing, OfLines) {
   }
 }
 
+TEST(PairCrossing, OfALineThatAnArcPassesByALittle) {
+  // Beyond the crossing the arc only just clears the line, where its height says next to nothing of the
+  // place.
+  for (int k = 8; k <= 40; ++k) {
+    const double x = 0.875 + std::ldexp(1, -k);
+    const Arc line = Line({0.875, 0.3125}, {0.875, 0.50269531249999999}),
+              arc = Cubic({0.79549392056940316, 0.26909531112983409},
+                          {0.84701216677323066, 0.33502970640135166}, {x, 0.41630684053560307},
+                          {x, 0.49998129528802288});
+    for (const bool turned : {false, true})
+      for (const bool lineFirst : {false, true}) {
+        const Arc other = turned ? Reversed(arc) : arc;
+        const auto contacts = lineFirst ? Find(line, other) : Find(other, line);
+        ASSERT_FALSE(contacts.empty()) << k;
+        for (const Contact& c : contacts) {
+          const DPoint onLine = Evaluate(line.curve, lineFirst ? c.a : c.b),
+                       onArc = Evaluate(other.curve, lineFirst ? c.b : c.a);
+          EXPECT_LE(TavMath::Distance(onLine, onArc), 2 * kContact) << k << " turned " << turned;
+        }
+      }
+  }
+}
+
 TEST(PairCrossing, AgreesWithTheGeneralCurveCrossing) {
   test::Bits bits(3);
   int crossings = 0;
