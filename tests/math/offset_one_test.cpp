@@ -89,7 +89,7 @@ TEST(OffsetOne, ABendTighterThanTheSamplesLeavesNoWiggle) {
       {DPoint{131159, 657195}, DPoint{137014, 657894}, DPoint{446868, 657632}, DPoint{449490, 656933}},
       {DPoint{647096, 208022}, DPoint{647096, 208284}, DPoint{629182, 235722}, DPoint{607424, 268971}}};
   for (const Cubic& c : bends)
-    for (const double offset : {-53000.0, -10632.0, -3000.0, 10632.0}) {
+    for (const double offset : {-53162.8032, -50541.3632, -45000.0, -10632.0, -3000.0, 10632.0, 53162.8032}) {
       const double tolerance = std::fmax(100.0, std::abs(offset) / 100);
       const OffsetPieces result = OffsetPieces::Of(c, offset, tolerance);
       EXPECT_TRUE(result.complete);

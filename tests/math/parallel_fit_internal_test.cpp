@@ -60,6 +60,32 @@ TEST(ParallelFit, IsTheSameAfterAFirstLookAsAfterTheWholeOne) {
   EXPECT_GT(looked, 2000);
 }
 
+TEST(ParallelFit, MeasuresWhatABendBetweenItsSamplesHides) {
+  // Curves whose handles turn within a small share of their length, on either side.
+  Random random(6);
+  ParallelSamples samples;
+  int fitted = 0;
+  for (int k = 0; k < 3000; ++k) {
+    const double length = 1e5, bend = random.LogUniform(0.005, 0.05) * length,
+                 turn = random.LogUniform(0.03, 0.25);
+    const DVector way = bend * DVector{std::cos(turn), std::sin(turn)};
+    const Cubic cubic{DPoint{0, 0}, DPoint{way.x, way.y},
+                      DPoint{length - bend, way.y * random.Uniform(0.7, 1)}, DPoint{length, 0}};
+    const double offset = (k % 2 ? 1 : -1) * random.LogUniform(3e3, 6e4);
+    const ParallelCurve curve(cubic.data(), offset);
+    if (curve.Cusps().count > 0) continue;
+    const double from = k % 3 == 1 ? random.Uniform(0, 0.5) : 0, to = k % 3 == 2 ? random.Uniform(0.5, 1) : 1;
+    const ParallelFit fit = FitParallel(curve, from, to, 1000, samples, 200);
+    if (!(fit.error <= 1000)) continue;
+    ++fitted;
+    Cubic part;
+    CubicBezier::Subsection(from, to, cubic.data(), part.data());
+    EXPECT_LE(Deviation({part, fit.cubic}, offset, 200), 1.15 * fit.error + 1)
+        << ToSvg(cubic) << " at " << offset << " gives " << ToSvg(fit.cubic);
+  }
+  EXPECT_GT(fitted, 100);
+}
+
 TEST(ParallelFit, LooksNoFurtherWhereTheSpeedMayChangeItsSign) {
   const Cubic arc = {DPoint{0, 0}, {0, 55}, {45, 100}, {100, 100}};
   ParallelSamples samples;

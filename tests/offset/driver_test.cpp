@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "lumo/repair.h"
 #include "support/offset_paths.h"
 #include "tav/pref.h"
 
@@ -174,7 +175,8 @@ TEST(OffsetDriver, FarOutShapesBesideOneAnotherLeaveNoGap) {
   const DoublePath path = test::ParsePath<DPoint>(
       "M608922,99 C375787,540251 462950,539421 522807,532431 C1007647,333855 1033599,322233 1044522,298159 Z "
       "M1004894,84947 C993124,88676 991068,90538 989471,92768 C988772,93947 987942,95040 987593,96350 Z");
-  EXPECT_EQ(CountSubpaths(OffsetOf(path, 3145728)), 1u);
+  for (const double offset : {2776654.995614, 2796149.987618, 2835551.557697, 2861173.840116, 3145728.0})
+    EXPECT_EQ(CountSubpaths(OffsetOf(path, offset)), 1u) << offset;
 }
 
 TEST(OffsetDriver, ThornsThatAreThinAllAlongAreTakenOut) {
@@ -395,6 +397,7 @@ TEST(OffsetDriver, NodesInTheMiddleOfAStraightSideLeaveNoTrace) {
       ClosedPolygon({{0, 10000}, {0, 20000}, {7000, 20000}, {20000, 20000}, {20000, 0}, {9000, 0}, {0, 0}});
   for (const double offset : {2000.0, -2000.0}) {
     const DoublePath result = OffsetOf(marked, offset, With(new Lumo::Ray));
+    EXPECT_TRUE(Lumo::IsValidCurve(result.types.data(), result.types.size()));
     EXPECT_EQ(result.count(), 5) << test::ToSvg(result);
     EXPECT_NEAR(AreaOf(result), (20000 + 2 * offset) * (20000 + 2 * offset), 1);
   }
@@ -413,6 +416,10 @@ TEST(OffsetDriver, NodesOnStraightSidesThatUnitingMakesGo) {
                      {50000, 0},
                      {40000, 30000},
                      {60000, 30000}}),
+      // Starts inside what is united.
+      Together(
+          {ClosedPolygon({{50000, 30000}, {30000, 30000}, {30000, 60000}, {70000, 60000}, {70000, 30000}}),
+           ClosedPolygon({{50000, 10000}, {30000, 10000}, {30000, 40000}, {70000, 40000}, {70000, 10000}})}),
       // Sides that lie flush.
       Together({Square(0, 0, 50000), Square(40000, 0, 50000), Square(85000, 0, 50000)})};
   for (const DoublePath& path : cases)
@@ -426,7 +433,11 @@ TEST(OffsetDriver, NodesOnStraightSidesThatUnitingMakesGo) {
               << line.points[k + 1].x << " " << line.points[k + 1].y << " of\n"
               << test::ToSvg(path);
         }
-        EXPECT_TRUE(test::IsWellFormed(OffsetOf(path, offset)));
+        for (Lumo::OffsetCorner* corner : {static_cast<Lumo::OffsetCorner*>(new Lumo::Round),
+                                           static_cast<Lumo::OffsetCorner*>(new Lumo::Ray)}) {
+          const DoublePath result = OffsetOf(path, offset, With(corner));
+          EXPECT_TRUE(Lumo::IsValidCurve(result.types.data(), result.types.size()));
+        }
       }
 }
 
