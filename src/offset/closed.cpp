@@ -133,16 +133,17 @@ bool OffsetLevel(GroundLevel& level, const OffsetSettings& settings, OwnedPath& 
 /// lies in its outer outlines and in none of its holes, and no level takes away from another, since what it
 /// takes away lies in its own outer outlines, or as deep in a hole as nothing of another level reaches.
 bool OffsetLevels(std::vector<GroundLevel>& levels, const OffsetSettings& settings, OwnedPath& result) {
-  bool clean = levels.size() == 1;
   for (GroundLevel& level : levels) {
     OwnedPath outer, holes;
     if (!OffsetLevel(level, settings, outer, holes)) return false;
-    clean = clean && holes.IsEmpty();
+    if (levels.size() == 1 && holes.IsEmpty()) {
+      result = std::move(outer);
+      return true;
+    }
     holes.Reverse();
     result.Append(outer);
     result.Append(holes);
   }
-  if (clean) return true;
   const OwnedPath all = std::move(result);
   result.Clear();
   return Filter(all, WindingRule::positive, result);

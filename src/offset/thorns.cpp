@@ -13,12 +13,6 @@ using namespace TavMath;
 
 namespace {
 
-/// The direction in which a segment, given by its four points in order of travel, leaves its start.
-DVector Leaving(const DPoint& p0, const DPoint& p1, const DPoint& p2, const DPoint& p3) {
-  if (p1 != p0) return p1 - p0;
-  return p2 != p0 ? p2 - p0 : p3 - p0;
-}
-
 bool TurnsBack(const DVector& arriving, const DVector& leaving) {
   const double along = Dot(arriving, leaving);
   return along < 0 && std::abs(Cross(arriving, leaving)) < kThornSine * -along;
@@ -86,8 +80,8 @@ class Ring {
   At Before(At at) { return --(at == ring_.begin() ? ring_.end() : at); }
 
   bool TurnsBackAfter(At at) {
-    const Cubic &f = at->part.curve, &g = Next(at)->part.curve;
-    return TurnsBack(DVector{0, 0} - Leaving(f[3], f[2], f[1], f[0]), Leaving(g[0], g[1], g[2], g[3]));
+    return TurnsBack(CubicBezier::SafeBezierTangent(1, at->part.curve.data()),
+                     CubicBezier::SafeBezierTangent(0, Next(at)->part.curve.data()));
   }
 
   /// Where the point is nearest on the part, if it is within the width of it.
@@ -123,12 +117,12 @@ class Ring {
       ring_.erase(next);
       ring_.erase(at);
     } else if (first) {
-      CubicBezier::Subsection(t, 1, Part(other).curve.data(), other.curve.data());
+      CubicBezier::RightOf(t, other.curve.data(), other.curve.data());
       MoveStart(other, root);
       before->end.SetContinuity(ContinuityType::cusp);
       ring_.erase(at);
     } else {
-      CubicBezier::Subsection(0, t, Part(other).curve.data(), other.curve.data());
+      CubicBezier::LeftOf(t, other.curve.data(), other.curve.data());
       MoveEnd(other, root);
       at->end = next->end;
       at->end.SetContinuity(ContinuityType::cusp);
@@ -159,7 +153,6 @@ class Ring {
 bool HasTip(const OwnedPath& path) {
   const std::size_t count = path.points.size();
   const DPoint* p = path.points.data();
-  const auto isCurve = [&](std::size_t end) { return end >= 3 && path.nodes[end].IsCurve(); };
   std::size_t start = 0;
   for (std::size_t k = 1; k < count; ++k) {
     if (path.nodes[k].IsMove()) start = k;
@@ -168,9 +161,8 @@ bool HasTip(const OwnedPath& path) {
     const std::size_t next = last ? start + 1 : k + 1;
     DVector arriving = p[k] - p[k - 1], leaving = p[next] - p[k];
     if (Dot(arriving, leaving) > 0) continue;
-    if (isCurve(k)) arriving = DVector{0, 0} - Leaving(p[k], p[k - 1], p[k - 2], p[k - 3]);
-    if (next + 2 < count && path.nodes[next].IsControl())
-      leaving = Leaving(p[k], p[next], p[next + 1], p[next + 2]);
+    if (path.nodes[k].IsCurve()) arriving = CubicBezier::SafeBezierTangent(1, p + k - 3);
+    if (path.nodes[next].IsControl()) leaving = CubicBezier::SafeBezierTangent(0, p + next - 1);
     if (TurnsBack(arriving, leaving)) return true;
   }
   return false;
