@@ -11,7 +11,8 @@ namespace {
 using namespace test;
 
 TEST(Boolean, CombinesTwoSquaresAsTheWordsSay) {
-  const auto a = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"), b = Parse<DPoint>("M5 5 L5 15 L15 15 L15 5 Z");
+  const auto a = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
+             b = ParseCurve<DPoint>("M5 5 L5 15 L15 15 L15 5 Z");
   EXPECT_EQ(Covered(Lumo::Union(a, b)), 175);
   EXPECT_EQ(Covered(Lumo::Intersect(a, b)), 25);
   EXPECT_EQ(Covered(Lumo::Subtract(a, b)), 75);
@@ -26,7 +27,7 @@ void ExpectUntouchedCopy() {
   // The far triangle has handles shown, a smooth node, selected nodes and starts in the middle of nowhere
   // special.
   const auto path = ParsePath<T>("M100 0e C100 40 140 40 140 0s L120 -30 Z M0 0 L0 10 L10 10 L10 0 Z");
-  const auto a = ToCurve(path), b = Parse<T>("M5 5 L5 15 L15 15 L15 5 Z");
+  const auto a = ToCurve(path), b = ParseCurve<T>("M5 5 L5 15 L15 15 L15 5 Z");
   const Path<T> result = ToPath(Lumo::Union(a, b));
   const std::size_t n = 6;
   ASSERT_GT(result.points.size(), n);
@@ -70,7 +71,7 @@ TEST(Boolean, ShowsTheHandlesOfUncutCurvesThatWereShown) {
   // Of the curve from (0,0) to (100,0) the handle at (20,50) is shown and selected; a square cuts the line.
   Path<DPoint> arch = ParsePath<DPoint>("M0 0 C20 50 80 60 100 0 Z");
   arch.types[1] |= NODETYPE::kUser | NODETYPE::kEnabled;
-  const auto square = Parse<DPoint>("M40 -20 L40 10 L60 10 L60 -20 Z");
+  const auto square = ParseCurve<DPoint>("M40 -20 L40 10 L60 10 L60 -20 Z");
   for (const bool reversed : {false, true}) {
     if (reversed) Lumo::Reverse(arch.points.data(), arch.types.data(), arch.count());
     const Path<DPoint> result = ToPath(Lumo::Union(ToCurve(arch), square));
@@ -87,17 +88,17 @@ TEST(Boolean, ShowsTheHandlesOfUncutCurvesThatWereShown) {
 
 TEST(Boolean, JoinsThePiecesOfASegmentThatWasCutForNothing) {
   // The bar's ends lie inside the square, whose lower side is cut and must be whole again: one line.
-  const auto square = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
-             bar = Parse<DPoint>("M4 -5 L4 5 L6 5 L6 -5 Z");
+  const auto square = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
+             bar = ParseCurve<DPoint>("M4 -5 L4 5 L6 5 L6 -5 Z");
   EXPECT_EQ(ToPath(Lumo::Union(square, Lumo::Intersect(square, bar))), ToPath(square));
   EXPECT_EQ(Lumo::Union(square, bar).GetPointCount(), 9u);
 }
 
 TEST(Boolean, HonoursTheFillRuleOfEachOperand) {
-  const auto rings = Parse<DPoint>("M0 0 L0 30 L30 30 L30 0 Z M10 10 L10 20 L20 20 L20 10 Z");
+  const auto rings = ParseCurve<DPoint>("M0 0 L0 30 L30 30 L30 0 Z M10 10 L10 20 L20 20 L20 10 Z");
   EXPECT_EQ(Covered(Lumo::Simplify(rings, FillRule::nonZero)), 900);
   EXPECT_EQ(Covered(Lumo::Simplify(rings, FillRule::evenOdd)), 800);
-  const auto turned = Parse<DPoint>("M0 0 L30 0 L30 30 L0 30 Z");
+  const auto turned = ParseCurve<DPoint>("M0 0 L30 0 L30 30 L0 30 Z");
   EXPECT_EQ(Covered(Lumo::Simplify(turned, FillRule::nonZero)), 900);
   EXPECT_TRUE(Lumo::Simplify(turned, FillRule::positive).IsEmpty());  // its area is negative
   EXPECT_EQ(Covered(Lumo::Simplify(rings, FillRule::positive)), 900);
@@ -106,7 +107,7 @@ TEST(Boolean, HonoursTheFillRuleOfEachOperand) {
 }
 
 TEST(Boolean, RunsHolesAgainstTheirOutlines) {
-  const auto both = Parse<DPoint>("M0 0 L0 30 L30 30 L30 0 Z M10 10 L10 20 L20 20 L20 10 Z");
+  const auto both = ParseCurve<DPoint>("M0 0 L0 30 L30 30 L30 0 Z M10 10 L10 20 L20 20 L20 10 Z");
   const auto result = Lumo::Simplify(both, FillRule::evenOdd);
   ASSERT_EQ(result.GetPointCount(), 10u);
   const double outer = Lumo::GetArea(result.GetPoints(), result.GetNodeTypes(), 5);
@@ -117,21 +118,21 @@ TEST(Boolean, RunsHolesAgainstTheirOutlines) {
 
 TEST(Boolean, SplitsOutlinesWhereTheyTouchThemselves) {
   // Two squares that meet at a corner: two outlines, not one that passes the corner twice.
-  const auto a = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
-             b = Parse<DPoint>("M10 10 L10 20 L20 20 L20 10 Z");
+  const auto a = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
+             b = ParseCurve<DPoint>("M10 10 L10 20 L20 20 L20 10 Z");
   EXPECT_EQ(ToPath(Lumo::Union(a, b)).points.size(), 10u);
   // A hole that touches its outline stays a hole.
-  const auto hole = Parse<DPoint>("M0 5 L5 8 L5 2 Z");
+  const auto hole = ParseCurve<DPoint>("M0 5 L5 8 L5 2 Z");
   const auto result = Lumo::Subtract(a, hole);
   EXPECT_EQ(Covered(result), 85);
 }
 
 TEST(Boolean, FillsOpenSubpathsAsIfClosed) {
-  const auto open = Parse<DPoint>("M0 0 L0 10 L10 10"), away = Parse<DPoint>("M50 0 L50 1 L51 0 Z");
+  const auto open = ParseCurve<DPoint>("M0 0 L0 10 L10 10"), away = ParseCurve<DPoint>("M50 0 L50 1 L51 0 Z");
   EXPECT_EQ(Covered(Lumo::Simplify(open)), 50);
   EXPECT_EQ(Covered(Lumo::Union(open, away)), 50.5);
-  EXPECT_TRUE(Lumo::Simplify(Parse<DPoint>("M0 0 L10 10")).IsEmpty());
-  EXPECT_TRUE(Lumo::Simplify(Parse<DPoint>("M3 3")).IsEmpty());
+  EXPECT_TRUE(Lumo::Simplify(ParseCurve<DPoint>("M0 0 L10 10")).IsEmpty());
+  EXPECT_TRUE(Lumo::Simplify(ParseCurve<DPoint>("M3 3")).IsEmpty());
 }
 
 TEST(Boolean, CombinesLists) {
@@ -155,8 +156,8 @@ TEST(Boolean, CombinesLists) {
 }
 
 TEST(ClipToShape, CutsOpenPathsAndKeepsThemOpen) {
-  const auto shape = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
-  const auto line = Parse<DPoint>("M-5 5 L15 5 L15 8 L5 8");
+  const auto shape = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
+  const auto line = ParseCurve<DPoint>("M-5 5 L15 5 L15 8 L5 8");
   const Path<DPoint> inside = ToPath(Lumo::ClipToShape(line, shape));
   EXPECT_EQ(inside.points, (std::vector<DPoint>{{0, 5}, {10, 5}, {10, 8}, {5, 8}}));
   EXPECT_EQ(inside.Bytes(), (std::vector<int>{0x04, 0x44, 0x04, 0x44}));
@@ -169,17 +170,18 @@ TEST(ClipToShape, CutsOpenPathsAndKeepsThemOpen) {
 }
 
 TEST(ClipToShape, CountsAStretchAlongTheOutlineAsInside) {
-  const auto shape = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"), along = Parse<DPoint>("M-5 0 L5 0 L5 -5");
+  const auto shape = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z"),
+             along = ParseCurve<DPoint>("M-5 0 L5 0 L5 -5");
   EXPECT_EQ(ToPath(Lumo::ClipToShape(along, shape)).points, (std::vector<DPoint>{{0, 0}, {5, 0}}));
   EXPECT_EQ(ToPath(Lumo::ClipToShape(along, shape, false)).points,
             (std::vector<DPoint>{{-5, 0}, {0, 0}, {5, 0}, {5, -5}}));
-  const auto twice = Parse<DPoint>("M2 0 L8 0 L2 0");
+  const auto twice = ParseCurve<DPoint>("M2 0 L8 0 L2 0");
   EXPECT_EQ(ToPath(Lumo::ClipToShape(twice, shape)), ToPath(twice));
 }
 
 TEST(ClipToShape, FillsClosedSubpathsAndCutsOpenOnesOfOnePath) {
-  const auto shape = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
-  const auto mixed = Parse<DPoint>("M5 5 L15 5 M5 -5 L5 5 L15 5 L15 -5 Z");
+  const auto shape = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
+  const auto mixed = ParseCurve<DPoint>("M5 5 L15 5 M5 -5 L5 5 L15 5 L15 -5 Z");
   const Path<DPoint> inside = ToPath(Lumo::ClipToShape(mixed, shape));
   EXPECT_EQ(Covered(ToCurve(inside)), 25);
   EXPECT_EQ(inside.points.size(), 5u + 2);
@@ -189,7 +191,7 @@ TEST(ClipToShape, FillsClosedSubpathsAndCutsOpenOnesOfOnePath) {
 TEST(Boolean, KeepsOneLetterFlagForEachLetter) {
   auto path =
       ParsePath<DPoint>("M0 0l L0 10 L10 10 L10 0 Z M20 0l L20 10 L30 10 L30 0 Z M22 2 L28 2 L28 8 L22 8 Z");
-  const auto b = Parse<DPoint>("M5 5 L5 15 L25 15 L25 5 Z");
+  const auto b = ParseCurve<DPoint>("M5 5 L5 15 L25 15 L25 5 Z");
   const Path<DPoint> result = ToPath(Lumo::Subtract(ToCurve(path), b));
   std::vector<bool> letters;
   for (std::size_t k = 0; k < result.types.size(); ++k) {
@@ -200,7 +202,7 @@ TEST(Boolean, KeepsOneLetterFlagForEachLetter) {
 
 TEST(Boolean, LeavesOutWhatIsNotFinite) {
   const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
-  const auto good = Parse<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
+  const auto good = ParseCurve<DPoint>("M0 0 L0 10 L10 10 L10 0 Z");
   for (const double bad : {nan, inf, -inf}) {
     auto path = ParsePath<DPoint>("M0 0 L0 5 L5 0 Z M0 0 L0 10 L10 10 L10 0 Z");
     path.points[1].x = bad;
@@ -220,8 +222,8 @@ TEST(Boolean, StandsCoordinatesOfAnySize) {
     EXPECT_TRUE(IsWellFormed(result));
   }
   // Far from the origin compared with its size, where doubles are coarse.
-  const auto a = Parse<DPoint>("M1000000000 0 L1000000000 1 L1000000001 1 L1000000001 0 Z"),
-             b = Parse<DPoint>("M1000000000.5 0.5 L1000000000.5 2 L1000000002 2 L1000000002 0.5 Z");
+  const auto a = ParseCurve<DPoint>("M1000000000 0 L1000000000 1 L1000000001 1 L1000000001 0 Z"),
+             b = ParseCurve<DPoint>("M1000000000.5 0.5 L1000000000.5 2 L1000000002 2 L1000000002 0.5 Z");
   EXPECT_NEAR(Covered(Lumo::Intersect(a, b)), 0.25, 1e-6);
 }
 

@@ -121,7 +121,7 @@ TEST(HardCases, ACircleThatPassesASideByALittle) {
 }
 
 TEST(HardCases, AnOperandSlidesAlongTheOther) {
-  const auto base = Parse<DPoint>("M0 0 L0 10 C5 14 15 14 20 10 L20 0 Z");
+  const auto base = ParseCurve<DPoint>("M0 0 L0 10 C5 14 15 14 20 10 L20 0 Z");
   const double area = Covered(base);
   for (int k = -41; k <= 41; ++k) {
     DoublePath moved = ToPath(base);

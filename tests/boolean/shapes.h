@@ -7,6 +7,7 @@
 #include "lumo/boolean.h"
 #include "lumo/measure.h"
 #include "lumo/path_array.h"
+#include "support/curves.h"
 #include "support/generators.h"
 #include "support/oracles.h"
 
@@ -14,22 +15,6 @@ namespace test {
 
 using Lumo::FillRule;
 using Lumo::PolycurveT;
-
-template <class T>
-PolycurveT<T> ToCurve(const Path<T>& path) {
-  return {path.points.data(), path.types.data(), path.points.size()};
-}
-template <class T>
-Path<T> ToPath(const PolycurveT<T>& curve) {
-  Path<T> path;
-  path.points.assign(curve.GetPoints(), curve.GetPoints() + curve.GetPointCount());
-  path.types.assign(curve.GetNodeTypes(), curve.GetNodeTypes() + curve.GetPointCount());
-  return path;
-}
-template <class T>
-PolycurveT<T> Parse(const char* svg) {
-  return ToCurve(ParsePath<T>(svg));
-}
 
 /// The area that a result covers: holes run the other way, so signs add up.
 template <class T>
